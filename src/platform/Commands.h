@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+namespace quillet {
+
+struct CommandResult {
+    int exitCode = -1; ///< -1 when the program could not be started or was ended by a signal
+    QByteArray output; ///< standard output, whole
+};
+
+/// External programs, run in the background.
+class Commands {
+public:
+    using Completion = std::function<void(CommandResult)>;
+
+    virtual ~Commands() = default;
+
+    /// Runs `program` (a path, or a name looked up in PATH) without a shell. `completion` runs
+    /// once on the main thread, never inside the call; it is dropped when this object dies first.
+    virtual void run(const QString& program, const QStringList& arguments,
+                     Completion completion) = 0;
+};
+
+} // namespace quillet

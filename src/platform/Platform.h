@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/Commands.h"
+#include "platform/Pasteboard.h"
+#include "platform/Preferences.h"
+#include "platform/Scheduler.h"
+#include "platform/Screens.h"
+#include "platform/SoundPlayer.h"
+#include "platform/Workspace.h"
+
+#include <memory>
+#include <vector>
+
+namespace quillet {
+
+/// One thing the program can do here or not.
+struct Capability {
+    QString name;
+    bool available = false;
+    QString cause; ///< why it is missing, for people; empty where it is available
+};
+
+/// Owns one backend of every ability, in an order in which each may use those before it.
+struct Platform {
+    QString name; ///< "x11", "memory"
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<Preferences> preferences;
+    std::unique_ptr<Commands> commands;
+    std::unique_ptr<SoundPlayer> sounds;
+    std::unique_ptr<Screens> screens;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::vector<Capability> capabilities;
+};
+
+} // namespace quillet

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <optional>
+#include <QString>
+#include <vector>
+
+namespace quillet {
+
+struct Screen {
+    int number = 0;          ///< identity while the screen is connected
+    QString name;            ///< the connector's name
+    Rect frame;              ///< points, y upwards
+    Rect visibleFrame;       ///< frame without panels and docks
+    double backingScale = 1; ///< pixels per point
+    bool operator==(const Screen&) const = default;
+};
+
+/// The connected screens, read anew at each call.
+class Screens {
+public:
+    virtual ~Screens() = default;
+
+    /// All screens in the system's order, the primary one first. Empty without a display.
+    virtual std::vector<Screen> all() const = 0;
+
+    /// The pointer's location in points, y upwards.
+    virtual Point mouseLocation() const = 0;
+
+    /// The screen that has the user's attention: the one with the pointer, else the primary one.
+    std::optional<Screen> main() const;
+};
+
+} // namespace quillet
