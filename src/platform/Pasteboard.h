@@ -19,8 +19,9 @@ inline const QString url = QStringLiteral("public.url");                ///< one
 inline const QString concealed = QStringLiteral("org.nspasteboard.ConcealedType");
 } // namespace PasteboardType
 
-/// One type on its way to the pasteboard. `bytes` is called when another program asks for the
-/// content, at most a few times, possibly long after; empty means that it cannot be had.
+/// One type on its way to the pasteboard. `bytes` is called each time another program asks for the
+/// content, possibly long after and on any thread, so it must hold all that it needs; a null byte
+/// array (not an empty one) means that the content cannot be had.
 struct PasteboardContent {
     QString type;
     std::function<QByteArray()> bytes;

@@ -8,6 +8,7 @@
 #include "platform/SoundPlayer.h"
 #include "platform/Workspace.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -30,7 +31,9 @@ struct Platform {
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<Pasteboard> pasteboard;
-    std::vector<Capability> capabilities;
+
+    /// What works here at this moment and what does not.
+    std::function<std::vector<Capability>()> capabilities;
 };
 
 } // namespace quillet
