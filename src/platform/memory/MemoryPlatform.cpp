@@ -1,0 +1,29 @@
+#include "platform/memory/MemoryPlatform.h"
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+Platform makeMemoryPlatform() {
+    Platform platform;
+    platform.name = u"memory"_s;
+    platform.scheduler = std::make_unique<MemoryScheduler>();
+    platform.preferences = std::make_unique<MemoryPreferences>();
+    platform.commands = std::make_unique<MemoryCommands>(*platform.scheduler);
+    platform.sounds = std::make_unique<MemorySoundPlayer>(*platform.scheduler);
+    platform.screens = std::make_unique<MemoryScreens>();
+    platform.workspace = std::make_unique<MemoryWorkspace>();
+    platform.pasteboard = std::make_unique<MemoryPasteboard>();
+    return platform;
+}
+
+MemoryFakes::MemoryFakes(const Platform& platform)
+    : scheduler(static_cast<MemoryScheduler&>(*platform.scheduler)),
+      preferences(static_cast<MemoryPreferences&>(*platform.preferences)),
+      commands(static_cast<MemoryCommands&>(*platform.commands)),
+      sounds(static_cast<MemorySoundPlayer&>(*platform.sounds)),
+      screens(static_cast<MemoryScreens&>(*platform.screens)),
+      workspace(static_cast<MemoryWorkspace&>(*platform.workspace)),
+      pasteboard(static_cast<MemoryPasteboard&>(*platform.pasteboard)) {}
+
+} // namespace quillet

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryPasteboard.h"
+#include "platform/memory/MemoryPreferences.h"
+#include "platform/memory/MemoryScheduler.h"
+#include "platform/memory/MemoryScreens.h"
+#include "platform/memory/MemorySoundPlayer.h"
+#include "platform/memory/MemoryWorkspace.h"
+#include "platform/Platform.h"
+
+namespace quillet {
+
+/// A desktop that exists in memory only.
+Platform makeMemoryPlatform();
+
+/// The fakes inside a platform of makeMemoryPlatform(), to script them and see what they recorded.
+struct MemoryFakes {
+    explicit MemoryFakes(const Platform& platform);
+
+    MemoryScheduler& scheduler;
+    MemoryPreferences& preferences;
+    MemoryCommands& commands;
+    MemorySoundPlayer& sounds;
+    MemoryScreens& screens;
+    MemoryWorkspace& workspace;
+    MemoryPasteboard& pasteboard;
+};
+
+} // namespace quillet

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <map>
+#include <vector>
+
+namespace quillet {
+
+/// A desktop of scripted applications that remembers what it was asked to do.
+class MemoryWorkspace : public Workspace {
+public:
+    std::optional<RunningApplication> frontmost() const override { return m_frontmost; }
+    bool activate(const RunningApplication& application) override;
+    std::optional<QString> applicationName(const QString& bundleID) const override;
+    bool open(const QUrl& url) override;
+    void reveal(const QStringList& paths) override { revealed += paths; }
+
+    /// Brings an application to the front, as its user does; it runs from then on.
+    void setFrontmost(std::optional<RunningApplication> application);
+
+    /// Closes all windows of an application. It stays frontmost until another takes over.
+    void quit(const RunningApplication& application) { std::erase(m_running, application); }
+
+    /// Installed applications: identifier and name.
+    std::map<QString, QString> installed;
+    bool canOpen = true;
+
+    std::vector<RunningApplication> activated;
+    std::vector<QUrl> opened;
+    QStringList revealed;
+
+private:
+    std::optional<RunningApplication> m_frontmost;
+    std::vector<RunningApplication> m_running;
+};
+
+} // namespace quillet
