@@ -89,7 +89,7 @@ PasteboardReading MemoryPasteboard::answer(const QString& type, qint64 maxBytes)
     if (const auto failure = m_failures.find(type); failure != m_failures.end())
         return {failure->second, {}};
     const auto content = bytes(type);
-    if (!content || content->isEmpty())
+    if (!content || content->isNull())
         return {Outcome::absent, {}};
     if (content->size() > maxBytes)
         return {Outcome::tooLarge, {}};

@@ -14,6 +14,7 @@ Platform makeMemoryPlatform() {
     platform.screens = std::make_unique<MemoryScreens>();
     platform.workspace = std::make_unique<MemoryWorkspace>();
     platform.pasteboard = std::make_unique<MemoryPasteboard>();
+    platform.capabilities = [] { return std::vector<Capability>(); };
     return platform;
 }
 
