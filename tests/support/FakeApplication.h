@@ -1,0 +1,20 @@
+#pragma once
+
+#include "support/XClient.h"
+
+namespace quillet {
+
+/// A program with one window on the desktop, which the window manager makes the active one.
+class FakeApplication {
+public:
+    /// Returns when the window is active.
+    FakeApplication(const QByteArray& display, const QByteArray& windowClass);
+
+    bool isActive();
+
+private:
+    XClient m_client;
+    xcb_window_t m_shown = XCB_WINDOW_NONE;
+};
+
+} // namespace quillet

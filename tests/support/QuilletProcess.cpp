@@ -1,0 +1,97 @@
+#include "support/QuilletProcess.h"
+
+#include "support/Eventually.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+QuilletProcess::QuilletProcess(DesktopSession& session, QString program)
+    : m_session(session), m_program(std::move(program)) {}
+
+QuilletProcess::~QuilletProcess() = default;
+
+bool QuilletProcess::start(const QStringList& environment) {
+    m_errors.clear();
+    m_process = m_session.start(m_program, {}, environment);
+    return eventually(
+               [this] {
+                   const auto status = QJsonDocument::fromJson(verb({u"status"_s}).output).object();
+                   return status.value("ready"_L1).toBool() || !isRunning();
+               },
+               std::chrono::seconds(10)) &&
+           isRunning();
+}
+
+void QuilletProcess::quit() {
+    verb({u"quit"_s});
+    m_process->waitForFinished(5'000);
+    m_errors += m_process->readAllStandardError();
+}
+
+void QuilletProcess::kill() {
+    m_process->kill();
+    m_process->waitForFinished(5'000);
+}
+
+bool QuilletProcess::isRunning() const {
+    // Notices an end that happened meanwhile; there is no event loop that would.
+    m_process->waitForFinished(0);
+    return m_process->state() == QProcess::Running;
+}
+
+qint64 QuilletProcess::pid() const {
+    return m_process->processId();
+}
+
+QByteArray QuilletProcess::errors() {
+    m_process->waitForReadyRead(0);
+    return m_errors += m_process->readAllStandardError();
+}
+
+RunResult QuilletProcess::verb(const QStringList& arguments) {
+    return m_session.run(m_program, arguments);
+}
+
+QJsonArray QuilletProcess::clips() {
+    return QJsonDocument::fromJson(verb({u"clip"_s, u"list"_s, u"--json"_s}).output).array();
+}
+
+std::vector<std::string> QuilletProcess::texts() {
+    std::vector<std::string> texts;
+    for (const auto& clip : clips()) {
+        const QString kind = clip["kind"_L1].toString();
+        const bool textual = kind != "image"_L1 && kind != "file"_L1;
+        texts.push_back((textual ? clip["text"_L1].toString() : u"<%1>"_s.arg(kind)).toStdString());
+    }
+    return texts;
+}
+
+QByteArray QuilletProcess::content(int position) {
+    return verb({u"clip"_s, u"show"_s, QString::number(position)}).output;
+}
+
+void QuilletProcess::writePreferences(const QJsonObject& preferences) {
+    const QString folder = m_session.configFolder() + u"/quillet"_s;
+    QDir().mkpath(folder);
+    QFile file(folder + u"/preferences.json"_s);
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(preferences).toJson()) < 0)
+        qFatal("the preferences cannot be written");
+}
+
+qint64 QuilletProcess::processFigure(const QString& file, const QByteArray& key) const {
+    QFile figures(u"/proc/%1/%2"_s.arg(pid()).arg(file));
+    if (!figures.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : figures.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(key.size()).simplified().split(' ').first().toLongLong();
+    }
+    return -1;
+}
+
+} // namespace quillet

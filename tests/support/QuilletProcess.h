@@ -1,0 +1,50 @@
+#pragma once
+
+#include "support/DesktopSession.h"
+
+#include <chrono>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <string>
+
+namespace quillet {
+
+/// The program itself, run in a session and driven the way people and scripts do: by its verbs.
+/// Ends with this object.
+class QuilletProcess {
+public:
+    QuilletProcess(DesktopSession& session, QString program);
+    ~QuilletProcess();
+
+    /// Returns when it watches the pasteboard; false when it did not come so far.
+    bool start(const QStringList& environment = {});
+    void quit();
+    /// Ends it at once, without a chance to save anything.
+    void kill();
+    bool isRunning() const;
+    qint64 pid() const;
+    /// What it has written to standard error since its start.
+    QByteArray errors();
+
+    RunResult verb(const QStringList& arguments);
+    /// The history as listed, newest first.
+    QJsonArray clips();
+    /// The texts of the history, newest first; the kind in angle brackets for other clips.
+    std::vector<std::string> texts();
+    /// The content of the clip at `position`, as `clip show` gives it.
+    QByteArray content(int position);
+
+    /// Writes the preferences that the next start reads.
+    void writePreferences(const QJsonObject& preferences);
+
+    /// A line of /proc/PID/<file> as a number: the one that begins with `key`.
+    qint64 processFigure(const QString& file, const QByteArray& key) const;
+
+private:
+    DesktopSession& m_session;
+    QString m_program;
+    ProcessHandle m_process;
+    QByteArray m_errors;
+};
+
+} // namespace quillet
