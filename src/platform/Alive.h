@@ -9,7 +9,7 @@ namespace quillet {
 /// Alive member that wrapped it is destroyed. Declare it last, so that it dies first.
 class Alive {
 public:
-    template <typename Function>
+    template<typename Function>
     auto operator()(Function function) const {
         return [token = std::weak_ptr<void>(m_token),
                 function = std::move(function)](auto&&... arguments) mutable {

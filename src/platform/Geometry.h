@@ -48,9 +48,9 @@ struct Rect {
     Rect intersection(const Rect& other) const {
         const double left = std::max(minX(), other.minX());
         const double bottom = std::max(minY(), other.minY());
-        const Rect common{{left, bottom},
-                          {std::min(maxX(), other.maxX()) - left,
-                           std::min(maxY(), other.maxY()) - bottom}};
+        const Rect common{
+            {left, bottom},
+            {std::min(maxX(), other.maxX()) - left, std::min(maxY(), other.maxY()) - bottom}};
         return common.isEmpty() ? Rect{} : common;
     }
 

@@ -23,7 +23,8 @@ struct Capability {
 
 /// Owns one backend of every ability, in an order in which each may use those before it.
 struct Platform {
-    QString name; ///< "x11", "memory"
+    QString name;                     ///< "x11", "memory"
+    std::shared_ptr<void> foundation; ///< what the backends stand on; lives longest
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Commands> commands;

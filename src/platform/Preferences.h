@@ -10,7 +10,7 @@ namespace quillet {
 
 /// A preference's dotted name, its type and its default.
 /// T is bool, int, double, QString, QStringList or QByteArray (a data item).
-template <typename T>
+template<typename T>
 struct PreferenceKey {
     QString name;
     T fallback;
@@ -30,18 +30,18 @@ public:
     virtual ~Preferences() = default;
 
     /// The value to use while nothing is stored under the key's name. Not written to the store.
-    template <typename T>
+    template<typename T>
     void registerDefault(const PreferenceKey<T>& key) {
         m_defaults.insert(key.name, QVariant::fromValue(key.fallback));
     }
 
     /// The stored value, else the registered default, else the type's zero value.
-    template <typename T>
+    template<typename T>
     T value(const PreferenceKey<T>& key) const {
         return object(key.name).template value<T>();
     }
 
-    template <typename T>
+    template<typename T>
     void set(const PreferenceKey<T>& key, const T& value) {
         setObject(key.name, QVariant::fromValue(value));
     }

@@ -7,7 +7,7 @@
 
 namespace quillet {
 
-/// A pending task. Destroying it cancels the task.
+/// A pending task. Destroying it cancels the task; the task itself may do so while it runs.
 class Timer {
 public:
     virtual ~Timer() = default;

@@ -1,0 +1,201 @@
+#include "platform/linux/x11/X11Connection.h"
+
+#include <algorithm>
+#include <QAbstractEventDispatcher>
+#include <QElapsedTimer>
+#include <QLoggingCategory>
+#include <xcb/xfixes.h>
+
+namespace quillet {
+
+Q_LOGGING_CATEGORY(logX11, "quillet.x11", QtWarningMsg)
+
+namespace {
+
+constexpr qint64 turnMilliseconds = 8;
+
+xcb_screen_t* screenOf(xcb_connection_t* xcb, int number) {
+    auto it = xcb_setup_roots_iterator(xcb_get_setup(xcb));
+    for (; it.rem > 0; xcb_screen_next(&it), --number) {
+        if (number == 0)
+            return it.data;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<X11Connection> X11Connection::open() {
+    int screenNumber = 0;
+    xcb_connection_t* xcb = xcb_connect(nullptr, &screenNumber);
+    xcb_screen_t* screen = nullptr;
+    if (!xcb_connection_has_error(xcb))
+        screen = screenOf(xcb, screenNumber);
+    if (screen) {
+        const auto* extension = xcb_get_extension_data(xcb, &xcb_xfixes_id);
+        if (extension && extension->present) {
+            const XcbOwned<xcb_xfixes_query_version_reply_t> version(
+                xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 4, 0), nullptr));
+            if (version && version->major_version >= 2) {
+                return std::unique_ptr<X11Connection>(
+                    new X11Connection(xcb, screen, extension->first_event));
+            }
+        }
+    }
+    xcb_disconnect(xcb);
+    return nullptr;
+}
+
+X11Connection::X11Connection(xcb_connection_t* xcb, xcb_screen_t* screen, uint8_t xfixesEvent)
+    : m_xcb(xcb),
+      m_screen(screen),
+      m_xfixesEvent(xfixesEvent),
+      m_notifier(xcb_get_file_descriptor(xcb), QSocketNotifier::Read) {
+    connect(&m_notifier, &QSocketNotifier::activated, this, &X11Connection::drain);
+    // Waiting for a reply can pull events off the socket, which then stays quiet.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &X11Connection::drain);
+}
+
+X11Connection::~X11Connection() {
+    m_notifier.setEnabled(false);
+    xcb_disconnect(m_xcb);
+}
+
+xcb_atom_t X11Connection::atom(const QByteArray& name) const {
+    const auto known = m_atoms.constFind(name);
+    if (known != m_atoms.constEnd())
+        return *known;
+    const XcbOwned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        m_xcb, xcb_intern_atom(m_xcb, 0, static_cast<uint16_t>(name.size()), name.constData()),
+        nullptr));
+    const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    m_atoms.insert(name, atom);
+    m_names.insert(atom, name);
+    return atom;
+}
+
+QList<QByteArray> X11Connection::atomNames(const std::vector<xcb_atom_t>& atoms) const {
+    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> asked;
+    for (const xcb_atom_t atom : atoms) {
+        if (!m_names.contains(atom))
+            asked.emplace_back(atom, xcb_get_atom_name(m_xcb, atom));
+    }
+    for (const auto& [atom, cookie] : asked) {
+        const XcbOwned<xcb_get_atom_name_reply_t> reply(
+            xcb_get_atom_name_reply(m_xcb, cookie, nullptr));
+        if (reply) {
+            m_names.insert(atom, QByteArray(xcb_get_atom_name_name(reply.get()),
+                                            xcb_get_atom_name_name_length(reply.get())));
+        }
+    }
+    QList<QByteArray> names;
+    for (const xcb_atom_t atom : atoms) {
+        const auto name = m_names.constFind(atom);
+        if (name != m_names.constEnd())
+            names.append(*name);
+    }
+    return names;
+}
+
+xcb_window_t X11Connection::createHiddenWindow(uint32_t eventMask) const {
+    const xcb_window_t window = xcb_generate_id(m_xcb);
+    xcb_create_window(m_xcb, XCB_COPY_FROM_PARENT, window, root(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, m_screen->root_visual, XCB_CW_EVENT_MASK,
+                      &eventMask);
+    return window;
+}
+
+std::vector<uint32_t> X11Connection::values(xcb_window_t window, xcb_atom_t property,
+                                            xcb_atom_t type, uint32_t most) const {
+    const XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        m_xcb, xcb_get_property(m_xcb, 0, window, property, type, 0, most), nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+QByteArray X11Connection::bytes(xcb_window_t window, xcb_atom_t property) const {
+    const XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        m_xcb, xcb_get_property(m_xcb, 0, window, property, XCB_ATOM_ANY, 0, 16 * 1024), nullptr));
+    if (!reply || reply->format != 8)
+        return {};
+    return QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                      xcb_get_property_value_length(reply.get()));
+}
+
+void X11Connection::answerRequest(const xcb_selection_request_event_t& request,
+                                  xcb_atom_t property) const {
+    xcb_selection_notify_event_t answer{};
+    answer.response_type = XCB_SELECTION_NOTIFY;
+    answer.time = request.time;
+    answer.requestor = request.requestor;
+    answer.selection = request.selection;
+    answer.target = request.target;
+    answer.property = property;
+    // An event takes 32 bytes on the wire, more than this one's structure.
+    char wire[32] = {};
+    std::copy_n(reinterpret_cast<const char*>(&answer), sizeof answer, wire);
+    xcb_send_event(m_xcb, 0, request.requestor, XCB_EVENT_MASK_NO_EVENT, wire);
+    flush();
+}
+
+X11Connection::Listening X11Connection::listen(Listener listener) {
+    auto shared = std::make_shared<Listener>(std::move(listener));
+    m_listeners.push_back(shared);
+    return shared;
+}
+
+void X11Connection::drain() {
+    if (m_draining)
+        return;
+    m_draining = true;
+    QElapsedTimer turn;
+    turn.start();
+    while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(m_xcb)}) {
+        dispatch(*event);
+        if (turn.elapsed() >= turnMilliseconds) {
+            continueNextTurn();
+            break;
+        }
+    }
+    m_draining = false;
+    xcb_flush(m_xcb);
+    if (xcb_connection_has_error(m_xcb)) {
+        // The socket of a dead server stays readable for ever.
+        if (m_notifier.isEnabled())
+            qCWarning(logX11, "lost the connection to the X server");
+        m_notifier.setEnabled(false);
+    }
+}
+
+void X11Connection::continueNextTurn() {
+    if (m_turnPending)
+        return;
+    m_turnPending = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_turnPending = false;
+            drain();
+        },
+        Qt::QueuedConnection);
+}
+
+void X11Connection::dispatch(const xcb_generic_event_t& event) {
+    if (event.response_type == 0) {
+        // Other programs' windows come and go while we talk about them.
+        const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+        qCDebug(logX11, "X error %d for request %d", error.error_code, error.major_code);
+        return;
+    }
+    std::erase_if(m_listeners, [](const auto& listener) { return listener.expired(); });
+    const auto listeners = m_listeners; // a listener may come or go while events are handed out
+    for (const auto& weak : listeners) {
+        if (const auto listener = weak.lock())
+            (*listener)(event);
+    }
+}
+
+} // namespace quillet

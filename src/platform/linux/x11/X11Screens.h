@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/linux/x11/ScreenGeometry.h"
+#include "platform/linux/x11/X11Connection.h"
+
+namespace quillet {
+
+/// Monitors by RandR 1.5, their work areas by the panels' struts, their scale by the toolkit.
+class X11Screens : public Screens {
+public:
+    explicit X11Screens(X11Connection& connection);
+
+    std::vector<Screen> all() const override;
+    Point mouseLocation() const override;
+
+private:
+    std::vector<MonitorPixels> monitors() const;
+    std::vector<Strut> struts(int rootWidth, int rootHeight) const;
+
+    X11Connection& m_connection;
+};
+
+} // namespace quillet

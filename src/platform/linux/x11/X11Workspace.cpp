@@ -1,0 +1,157 @@
+#include "platform/linux/x11/X11Workspace.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
+#include <xcb/res.h>
+
+namespace quillet {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The name of a process's program, where the system still knows it.
+QString programName(qint64 pid) {
+    QFile file(u"/proc/%1/comm"_s.arg(pid));
+    if (pid <= 0 || !file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromLocal8Bit(file.readAll()).trimmed();
+}
+
+} // namespace
+
+X11Workspace::X11Workspace(X11Connection& connection, DesktopEntries entries)
+    : m_connection(connection),
+      m_entries(std::move(entries)),
+      m_activeWindow(connection.atom("_NET_ACTIVE_WINDOW")),
+      m_listening(connection.listen([this](const xcb_generic_event_t& event) {
+          if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+              return;
+          const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+          if (property.window == m_connection.root() && property.atom == m_activeWindow)
+              noteActiveWindow();
+      })) {
+    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection.xcb(), connection.root(), XCB_CW_EVENT_MASK, &mask);
+    noteActiveWindow();
+}
+
+std::optional<RunningApplication> X11Workspace::frontmost() const {
+    if (!m_frontmost)
+        return std::nullopt;
+    return application(*m_frontmost);
+}
+
+bool X11Workspace::activate(const RunningApplication& wanted) {
+    const auto clients = m_connection.values(
+        m_connection.root(), m_connection.atom("_NET_CLIENT_LIST_STACKING"), XCB_ATOM_WINDOW);
+    for (auto window = clients.rbegin(); window != clients.rend(); ++window) {
+        const std::optional<Owner> owner = ownerOf(*window);
+        if (!owner || application(*owner).bundleID != wanted.bundleID ||
+            (wanted.pid > 0 && owner->pid != wanted.pid))
+            continue;
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = *window;
+        message.type = m_activeWindow;
+        message.data.data32[0] = 2; // asked for by the user, as a pager does
+        xcb_send_event(m_connection.xcb(), 0, m_connection.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+        m_connection.flush();
+        return true;
+    }
+    return false;
+}
+
+std::optional<QString> X11Workspace::applicationName(const QString& bundleID) const {
+    const auto entry = m_entries.byId(bundleID);
+    return entry ? std::optional(entry->name) : std::nullopt;
+}
+
+bool X11Workspace::open(const QUrl& url) {
+    return QDesktopServices::openUrl(url);
+}
+
+void X11Workspace::reveal(const QStringList& paths) {
+    if (paths.isEmpty())
+        return;
+    QStringList uris;
+    for (const QString& path : paths)
+        uris.append(QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()));
+    const QString folder = QFileInfo(paths.first()).absolutePath();
+    auto message = QDBusMessage::createMethodCall(
+        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    message << uris << QString();
+    const QDBusPendingCall call = QDBusConnection::sessionBus().asyncCall(message);
+    auto* watcher = new QDBusPendingCallWatcher(call, &m_connection);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &m_connection,
+                     [folder](QDBusPendingCallWatcher* finished) {
+                         finished->deleteLater();
+                         if (finished->isError())
+                             QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+                     });
+}
+
+bool X11Workspace::knowsFrontmost() const {
+    const auto supported = m_connection.values(m_connection.root(),
+                                               m_connection.atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
+    return std::find(supported.begin(), supported.end(), m_activeWindow) != supported.end();
+}
+
+void X11Workspace::noteActiveWindow() {
+    const auto active =
+        m_connection.values(m_connection.root(), m_activeWindow, XCB_ATOM_WINDOW, 1);
+    if (active.empty() || active.front() == XCB_WINDOW_NONE)
+        return; // between two windows, or the last one closed
+    if (std::optional<Owner> owner = ownerOf(active.front()))
+        m_frontmost = std::move(owner);
+}
+
+std::optional<X11Workspace::Owner> X11Workspace::ownerOf(xcb_window_t window) const {
+    const QList<QByteArray> halves = m_connection.bytes(window, XCB_ATOM_WM_CLASS).split('\0');
+    const Owner owner{QString::fromLatin1(halves.value(1)), QString::fromLatin1(halves.value(0)),
+                      pidOf(window)};
+    return owner == Owner{} ? std::nullopt : std::optional(owner);
+}
+
+/// By the server, which knows better than the client; by the client's word where the server does
+/// not say.
+qint64 X11Workspace::pidOf(xcb_window_t window) const {
+    const auto* extension = xcb_get_extension_data(m_connection.xcb(), &xcb_res_id);
+    if (extension && extension->present) {
+        const xcb_res_client_id_spec_t asked{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        const XcbOwned<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+            m_connection.xcb(), xcb_res_query_client_ids(m_connection.xcb(), 1, &asked), nullptr));
+        if (reply) {
+            for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
+                 xcb_res_client_id_value_next(&it)) {
+                if (xcb_res_client_id_value_value_length(it.data) > 0)
+                    return *xcb_res_client_id_value_value(it.data);
+            }
+        }
+    }
+    const auto told =
+        m_connection.values(window, m_connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 1);
+    return told.empty() ? 0 : told.front();
+}
+
+RunningApplication X11Workspace::application(const Owner& owner) const {
+    if (owner.className.isEmpty() && owner.instance.isEmpty()) {
+        const QString program = programName(owner.pid);
+        return {program, program, owner.pid};
+    }
+    const auto entry = m_entries.byWindowClass(owner.className, owner.instance);
+    if (entry)
+        return {entry->id, entry->name, owner.pid};
+    const QString& known = owner.className.isEmpty() ? owner.instance : owner.className;
+    return {known, known, owner.pid};
+}
+
+} // namespace quillet
