@@ -81,7 +81,7 @@ void X11ClipboardManager::handleRequest(const xcb_selection_request_event_t& eve
         m_connection.answerRequest(event, XCB_ATOM_NONE);
         return;
     }
-    m_saving = Saving{event, targetsToSave(event), largestContent};
+    m_saving = Saving{event, targetsToSave(event), largestContent, false};
     reconsider();
 }
 

@@ -43,7 +43,8 @@ X11Pasteboard::X11Pasteboard(X11Connection& connection, Scheduler& scheduler)
 }
 
 void X11Pasteboard::read(const QString& type, qint64 maxBytes, Completion completion) {
-    const auto reading = std::make_shared<Reading>(Reading{type, maxBytes, std::move(completion)});
+    const auto reading =
+        std::make_shared<Reading>(Reading{type, maxBytes, std::move(completion), {}});
     m_readings.push_back(reading);
     if (!m_types.contains(type)) {
         complete(reading, {Outcome::absent, {}});
