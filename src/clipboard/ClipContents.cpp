@@ -1,0 +1,65 @@
+#include "clipboard/ClipContents.h"
+#include "clipboard/UriList.h"
+#include "imaging/Bitmap.h"
+
+namespace quillet {
+
+namespace {
+
+std::function<QByteArray()> constant(QByteArray bytes) {
+    return [bytes = std::move(bytes)] { return bytes; };
+}
+
+PasteboardContent plainString(const ClipItem& item) {
+    auto source = item.textSource();
+    return {PasteboardType::string, source ? std::move(source) : constant(QByteArray(""))};
+}
+
+PasteboardContents linkContents(const ClipItem& item, bool plainText) {
+    PasteboardContents contents{plainString(item)};
+    const QUrl url(item.text().value_or(QString()).trimmed());
+    if (!plainText && url.isValid())
+        contents.push_back({PasteboardType::url, constant(url.toEncoded())});
+    return contents;
+}
+
+PasteboardContents imageContents(const ClipItem& item) {
+    const auto source = item.imageSource();
+    if (!source)
+        return {};
+    PasteboardContents contents{{PasteboardType::png, source}};
+    if (isDecodable(source())) {
+        // Made when somebody asks: most never do, and it takes many times the bytes.
+        const auto tiff = [source] {
+            const auto image = decodeImage(source());
+            return image ? tiffData(*image) : QByteArray();
+        };
+        contents.push_back({PasteboardType::tiff, tiff});
+    }
+    return contents;
+}
+
+PasteboardContents fileContents(const ClipItem& item, bool plainText) {
+    if (plainText)
+        return {{PasteboardType::string, constant(item.filePaths().join(u'\n').toUtf8())}};
+    return {{PasteboardType::fileURL, constant(uriList(item.fileURLs()))}};
+}
+
+} // namespace
+
+PasteboardContents pasteboardContents(const ClipItem& item, bool plainText) {
+    switch (item.kind()) {
+    case ClipItem::Kind::text:
+    case ClipItem::Kind::color:
+        return {plainString(item)};
+    case ClipItem::Kind::link:
+        return linkContents(item, plainText);
+    case ClipItem::Kind::image:
+        return imageContents(item);
+    case ClipItem::Kind::file:
+        return fileContents(item, plainText);
+    }
+    return {};
+}
+
+} // namespace quillet

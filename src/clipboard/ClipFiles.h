@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace quillet {
+
+/// Where the history lies within the data folder.
+struct ClipFiles {
+    QString folder;
+
+    QString database() const { return folder + QStringLiteral("/clips.sqlite"); }
+    QString blobs() const { return folder + QStringLiteral("/blobs"); }
+
+    /// A new database in the making; complete once the old one is out of the way.
+    QString rescued() const { return folder + QStringLiteral("/clips-rescued.sqlite"); }
+};
+
+} // namespace quillet

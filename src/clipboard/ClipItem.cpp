@@ -1,0 +1,81 @@
+#include "clipboard/ClipItem.h"
+#include "clipboard/Utf8.h"
+
+#include <QFileInfo>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+QString ClipItem::rawValue(Kind kind) {
+    switch (kind) {
+    case Kind::text:
+        return u"text"_s;
+    case Kind::link:
+        return u"link"_s;
+    case Kind::image:
+        return u"image"_s;
+    case Kind::file:
+        return u"file"_s;
+    case Kind::color:
+        return u"color"_s;
+    }
+    return {};
+}
+
+std::optional<ClipItem::Kind> ClipItem::kindWithRawValue(QStringView raw) {
+    for (const Kind kind : kinds) {
+        if (rawValue(kind) == raw)
+            return kind;
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> ClipItem::text() const {
+    if (!m_fields.longText)
+        return m_fields.text;
+    const auto bytes = m_fields.longText->read();
+    return bytes ? std::optional(decodeUtf8(*bytes)) : std::nullopt;
+}
+
+std::optional<QByteArray> ClipItem::imageData() const {
+    return m_fields.imageData ? m_fields.imageData->read() : std::nullopt;
+}
+
+ClipItem::Kind ClipItem::kind() const {
+    return kindWithRawValue(m_fields.kindRaw).value_or(Kind::text);
+}
+
+QList<QUrl> ClipItem::fileURLs() const {
+    QList<QUrl> urls;
+    for (const QString& path : m_fields.filePaths)
+        urls.append(QUrl::fromLocalFile(path));
+    return urls;
+}
+
+QString ClipItem::searchText() const {
+    QStringList parts;
+    if (const auto ownText = text())
+        parts.append(*ownText);
+    if (m_fields.sourceAppName)
+        parts.append(*m_fields.sourceAppName);
+    QStringList fileNames;
+    for (const QString& path : m_fields.filePaths)
+        fileNames.append(QFileInfo(path).fileName());
+    parts.append(fileNames.join(u' '));
+    return parts.join(u' ');
+}
+
+std::function<QByteArray()> ClipItem::textSource() const {
+    if (m_fields.longText)
+        return m_fields.longText->source();
+    if (!m_fields.text)
+        return nullptr;
+    return [bytes = m_fields.text->toUtf8()] { return bytes; };
+}
+
+std::function<QByteArray()> ClipItem::imageSource() const {
+    return m_fields.imageData ? m_fields.imageData->source() : nullptr;
+}
+
+} // namespace quillet

@@ -1,0 +1,84 @@
+#include "clipboard/ClipPayload.h"
+
+#include <fcntl.h>
+#include <memory>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <unistd.h>
+
+namespace quillet {
+
+namespace {
+
+/// Reads the whole file through its descriptor. Leaves the file position alone, so that several
+/// threads may do so at once.
+std::optional<QByteArray> readWhole(int descriptor, qint64 size) {
+    QByteArray bytes(size, Qt::Uninitialized);
+    qint64 done = 0;
+    while (done < size) {
+        const auto count = pread(descriptor, bytes.data() + done, size_t(size - done), done);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return std::nullopt;
+        done += count;
+    }
+    return bytes;
+}
+
+/// The file, if it is there and of this size.
+std::shared_ptr<QFile> openFile(const QString& path, qint64 size) {
+    auto file = std::make_shared<QFile>(path);
+    if (!file->open(QIODevice::ReadOnly | QIODevice::Unbuffered) || file->size() != size)
+        return nullptr;
+    return file;
+}
+
+/// Makes a new name in a folder permanent.
+void syncFolder(const QString& path) {
+    const int descriptor =
+        open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return; // the bytes are safe; at worst a power cut loses the name
+    fsync(descriptor);
+    close(descriptor);
+}
+
+} // namespace
+
+bool ClipPayload::store(const QString& path) {
+    if (!writeFile(path, m_bytes))
+        return false;
+    m_path = path;
+    m_bytes.clear();
+    return true;
+}
+
+std::optional<QByteArray> ClipPayload::read() const {
+    if (!isStored())
+        return m_bytes;
+    const auto file = openFile(m_path, m_size);
+    return file ? readWhole(file->handle(), m_size) : std::nullopt;
+}
+
+std::function<QByteArray()> ClipPayload::source() const {
+    if (!isStored())
+        return [bytes = m_bytes] { return bytes; };
+    auto file = openFile(m_path, m_size);
+    if (!file)
+        return nullptr;
+    return [file, size = m_size] { return readWhole(file->handle(), size).value_or(QByteArray()); };
+}
+
+bool ClipPayload::writeFile(const QString& path, const QByteArray& bytes) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) ||
+        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        file.write(bytes) != bytes.size() || !file.commit())
+        return false;
+    syncFolder(QFileInfo(path).path());
+    return true;
+}
+
+} // namespace quillet

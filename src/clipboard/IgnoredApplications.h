@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QStringList>
+
+namespace quillet {
+
+/// Whether an application is meant by a list of identifiers. The identifiers that the list starts
+/// out with also mean the applications that do the same job under another identifier here.
+bool isIgnoredApplication(const QString& bundleID, const QStringList& ignored);
+
+} // namespace quillet
