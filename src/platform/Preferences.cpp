@@ -8,9 +8,9 @@ void Preferences::remove(const QString& name) {
 }
 
 Preferences::Observation Preferences::observe(std::function<void()> handler) {
-    auto observer = std::make_shared<std::function<void()>>(std::move(handler));
-    m_observers.push_back(observer);
-    return observer;
+    Observation observation = std::make_shared<char>();
+    m_observers.push_back({observation, std::move(handler)});
+    return observation;
 }
 
 QVariant Preferences::object(const QString& name) const {
@@ -25,11 +25,12 @@ void Preferences::setObject(const QString& name, const QVariant& value) {
 
 void Preferences::finishWrite() {
     persist(m_stored);
-    std::erase_if(m_observers, [](const auto& observer) { return observer.expired(); });
+    const auto ended = [](const Observer& observer) { return observer.observation.expired(); };
+    std::erase_if(m_observers, ended);
     const auto observers = m_observers; // a handler may write, observe or let go
-    for (const auto& weak : observers) {
-        if (const auto observer = weak.lock())
-            (*observer)();
+    for (const Observer& observer : observers) {
+        if (!ended(observer))
+            observer.handler();
     }
 }
 

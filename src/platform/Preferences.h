@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <vector>
 
 namespace quillet {
 
@@ -66,9 +67,14 @@ private:
     void setObject(const QString& name, const QVariant& value);
     void finishWrite();
 
+    struct Observer {
+        std::weak_ptr<void> observation;
+        std::function<void()> handler;
+    };
+
     QVariantMap m_defaults;
     QVariantMap m_stored;
-    std::vector<std::weak_ptr<std::function<void()>>> m_observers;
+    std::vector<Observer> m_observers;
 };
 
 } // namespace quillet

@@ -1,0 +1,54 @@
+#include "contracts/CommandsContract.h"
+#include "contracts/PreferencesContract.h"
+#include "contracts/SchedulerContract.h"
+#include "contracts/SoundPlayerContract.h"
+#include "contracts/SpinUntil.h"
+#include "platform/linux/files/JsonPreferences.h"
+#include "platform/linux/LinuxScheduler.h"
+#include "platform/linux/ProcessCommands.h"
+#include "platform/linux/sound/PulseSoundPlayer.h"
+
+#include <QTemporaryDir>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+struct LinuxSchedulerBackend {
+    std::unique_ptr<Scheduler> scheduler = std::make_unique<LinuxScheduler>();
+
+    void letPass(Scheduler::Duration span) { spinFor(span); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SchedulerContract, LinuxSchedulerBackend);
+
+struct JsonPreferencesBackend {
+    QTemporaryDir folder;
+    std::vector<std::unique_ptr<Preferences>> runs; // earlier ones stay valid for who holds them
+
+    JsonPreferencesBackend() { reopen(); }
+
+    Preferences& preferences() { return *runs.back(); }
+    void reopen() {
+        runs.push_back(std::make_unique<JsonPreferences>(folder.filePath(u"preferences.json"_s)));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PreferencesContract, JsonPreferencesBackend);
+
+struct ProcessCommandsBackend {
+    std::unique_ptr<Commands> commands = std::make_unique<ProcessCommands>();
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return spinUntil(condition, std::chrono::milliseconds(commands ? 10000 : 100));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandsContract, ProcessCommandsBackend);
+
+struct PulseSoundBackend {
+    PulseSoundPlayer sounds;
+
+    SoundPlayer& player() { return sounds; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SoundPlayerContract, PulseSoundBackend);
+
+} // namespace quillet

@@ -1,0 +1,114 @@
+#include "contracts/CommandsContract.h"
+#include "contracts/PasteboardContract.h"
+#include "contracts/PreferencesContract.h"
+#include "contracts/SchedulerContract.h"
+#include "contracts/ScreensContract.h"
+#include "contracts/SoundPlayerContract.h"
+#include "contracts/WorkspaceContract.h"
+#include "platform/memory/MemoryPlatform.h"
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+struct MemorySchedulerBackend {
+    std::unique_ptr<Scheduler> scheduler = std::make_unique<MemoryScheduler>();
+
+    void letPass(Scheduler::Duration span) {
+        if (scheduler)
+            static_cast<MemoryScheduler&>(*scheduler).advance(span);
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, SchedulerContract, MemorySchedulerBackend);
+
+struct MemoryPreferencesBackend {
+    MemoryPreferences stored;
+
+    Preferences& preferences() { return stored; }
+    void reopen() {}
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PreferencesContract, MemoryPreferencesBackend);
+
+struct MemoryCommandsBackend {
+    MemoryScheduler scheduler;
+    std::unique_ptr<Commands> commands = scripted();
+
+    std::unique_ptr<Commands> scripted() {
+        auto memory = std::make_unique<MemoryCommands>(scheduler);
+        memory->results = {
+            {u"/bin/sh"_s, {0, {}}},
+            {u"/bin/sh -c printf 'a b\\n'; echo oops >&2; exit 3"_s, {3, "a b\n"}},
+            {u"/bin/sh -c printf begun; kill -9 $$"_s, {-1, "begun"}},
+        };
+        return memory;
+    }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        scheduler.advance(Scheduler::Duration(0));
+        return condition();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, CommandsContract, MemoryCommandsBackend);
+
+struct MemorySoundBackend {
+    MemoryScheduler scheduler;
+    MemorySoundPlayer sounds{scheduler};
+
+    SoundPlayer& player() { return sounds; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, SoundPlayerContract, MemorySoundBackend);
+
+struct MemoryPasteboardBackend {
+    MemoryPasteboard memory;
+
+    Pasteboard& pasteboard() { return memory; }
+
+    void copyElsewhere(const std::vector<std::pair<QString, QByteArray>>& items) {
+        std::vector<MemoryPasteboard::Item> copied;
+        for (const auto& [type, bytes] : items)
+            copied.push_back({type, bytes});
+        memory.copyFrom(std::move(copied));
+    }
+
+    std::optional<QByteArray> pasteElsewhere(const QString& type) { return memory.bytes(type); }
+    void holdAnswers() { memory.holdReads(); }
+    void quitElsewhere() { memory.ownerQuits(); }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return condition();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PasteboardContract, MemoryPasteboardBackend);
+
+struct MemoryWorkspaceBackend {
+    MemoryWorkspace memory;
+
+    Workspace& workspace() { return memory; }
+    void showApplication(const QString& bundleID) {
+        memory.setFrontmost(RunningApplication{bundleID, {}, 0});
+    }
+    void closeApplication(const QString& bundleID) { memory.quit({bundleID, {}, 0}); }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return condition();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, WorkspaceContract, MemoryWorkspaceBackend);
+
+struct MemoryScreensBackend {
+    MemoryScreens memory;
+
+    MemoryScreensBackend() {
+        memory.screens.push_back(
+            {2, u"HDMI-1"_s, {{1440, -180}, {1920, 1080}}, {{1440, -180}, {1920, 1080}}, 1});
+    }
+
+    Screens& screens() { return memory; }
+    void movePointer(Point point) { memory.pointer = point; }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, ScreensContract, MemoryScreensBackend);
+
+} // namespace quillet

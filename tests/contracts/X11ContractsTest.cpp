@@ -1,0 +1,114 @@
+#include "contracts/PasteboardContract.h"
+#include "contracts/ScreensContract.h"
+#include "contracts/SpinUntil.h"
+#include "contracts/WorkspaceContract.h"
+#include "platform/linux/LinuxScheduler.h"
+#include "platform/linux/x11/X11Pasteboard.h"
+#include "platform/linux/x11/X11Screens.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "support/DesktopSession.h"
+#include "support/FakeApplication.h"
+#include "support/FakeOwner.h"
+#include "support/FakeRequestor.h"
+
+#include <future>
+#include <map>
+#include <QGuiApplication>
+
+namespace quillet {
+
+namespace {
+
+const DesktopSession* session = nullptr;
+
+QByteArray targetFor(const QString& type) {
+    static const QHash<QString, QByteArray> targets = {{PasteboardType::string, "UTF8_STRING"},
+                                                       {PasteboardType::png, "image/png"},
+                                                       {PasteboardType::url, "text/x-moz-url"}};
+    return targets.value(type);
+}
+
+struct X11Backend {
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return spinUntil(condition);
+    }
+};
+
+struct X11PasteboardBackend : X11Backend {
+    LinuxScheduler scheduler;
+    std::optional<X11Pasteboard> x11{std::in_place, *connection, scheduler};
+    std::unique_ptr<FakeOwner> owner;
+    bool answers = true;
+
+    Pasteboard& pasteboard() { return *x11; }
+
+    void copyElsewhere(const std::vector<std::pair<QString, QByteArray>>& items) {
+        if (!owner)
+            owner = std::make_unique<FakeOwner>(session->display());
+        std::vector<Offer> offers;
+        for (const auto& [type, bytes] : items) {
+            Offer offer;
+            offer.target = targetFor(type);
+            offer.bytes = bytes;
+            offer.manner = answers ? Offer::Manner::whole : Offer::Manner::ignored;
+            offers.push_back(offer);
+        }
+        owner->own(offers);
+    }
+
+    std::optional<QByteArray> pasteElsewhere(const QString& type) {
+        auto pasting = std::async(std::launch::async, [target = targetFor(type)] {
+            return FakeRequestor(session->display()).read(target);
+        });
+        spinUntil(
+            [&] { return pasting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+        return pasting.get();
+    }
+
+    void holdAnswers() { answers = false; }
+    void quitElsewhere() { owner.reset(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, PasteboardContract, X11PasteboardBackend);
+
+struct X11WorkspaceBackend : X11Backend {
+    X11Workspace x11{*connection, DesktopEntries({})};
+    std::map<QString, std::unique_ptr<FakeApplication>> applications;
+
+    Workspace& workspace() { return x11; }
+
+    void showApplication(const QString& bundleID) {
+        applications[bundleID] =
+            std::make_unique<FakeApplication>(session->display(), bundleID.toLatin1());
+    }
+    void closeApplication(const QString& bundleID) { applications.erase(bundleID); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, WorkspaceContract, X11WorkspaceBackend);
+
+struct X11ScreensBackend : X11Backend {
+    X11Screens x11{*connection};
+
+    Screens& screens() { return x11; }
+
+    void movePointer(const Point& point) {
+        const double height = x11.all().front().frame.maxY();
+        xcb_warp_pointer(connection->xcb(), XCB_NONE, connection->root(), 0, 0, 0, 0,
+                         static_cast<int16_t>(point.x), static_cast<int16_t>(height - point.y));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, ScreensContract, X11ScreensBackend);
+
+} // namespace
+
+} // namespace quillet
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QGuiApplication application(argc, argv);
+    const quillet::DesktopSession desktop;
+    quillet::session = &desktop;
+    qputenv("DISPLAY", desktop.display());
+    return RUN_ALL_TESTS();
+}
