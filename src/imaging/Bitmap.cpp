@@ -11,8 +11,14 @@ namespace quillet {
 
 namespace {
 
+constexpr int largestImageMegabytes = 256;
+
 /// Decodes the image, upright. `scaledSize` has the size to decode at; an invalid one is its own.
 std::optional<QImage> decode(const QByteArray& bytes, QSize scaledSize) {
+    // Enough for 8192 × 4096 pixels of 16 bits a channel. The limit is the process's, not a
+    // reader's.
+    [[maybe_unused]] static const bool isLimited =
+        (QImageReader::setAllocationLimit(largestImageMegabytes), true);
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "clipboard/ClipboardStore.h"
+#include "clipboard/ClipContainer.h"
+#include "platform/memory/MemoryPasteboard.h"
+#include "platform/memory/MemoryPreferences.h"
+#include "platform/memory/MemoryScheduler.h"
+#include "platform/memory/MemorySoundPlayer.h"
+#include "platform/memory/MemoryWorkspace.h"
+#include "settings/Sounds.h"
+
+#include <QTemporaryDir>
+
+namespace quillet {
+
+/// A desktop in memory with the clipboard history at work on it, stored in a temporary folder.
+class World {
+public:
+    World() {
+        sounds.registerDefaults();
+        launch();
+    }
+
+    /// Quits Quillet and starts it again over the same data and preferences.
+    void relaunch() {
+        quit();
+        launch();
+    }
+
+    void quit() {
+        store.reset();
+        container.reset();
+    }
+
+    void launch() {
+        container = ClipContainer::open(dataFolder(), scheduler).container;
+        store = std::make_unique<ClipboardStore>(container->mainContext(), pasteboard, preferences,
+                                                 scheduler, workspace, sounds);
+        store->start();
+        letPoll();
+    }
+
+    /// Lets time pass until whatever was copied has been noticed and recorded.
+    void letPoll() { scheduler.advance(std::chrono::seconds(1)); }
+
+    void copy(std::vector<MemoryPasteboard::Item> items) {
+        pasteboard.copyFrom(std::move(items));
+        letPoll();
+    }
+    void copy(const QString& text) { copy({{PasteboardType::string, text.toUtf8()}}); }
+
+    const std::shared_ptr<ClipItem>& newest() const { return store->items().front(); }
+
+    /// The texts of the history, newest first; null where an item has none.
+    QStringList texts() const {
+        QStringList texts;
+        for (const auto& item : store->items())
+            texts.append(item->text().value_or(QString()));
+        return texts;
+    }
+
+    size_t soundsPlayed() const { return soundPlayer.plays.size(); }
+
+    QString dataFolder() const { return m_folder.filePath(QStringLiteral("data")); }
+
+    MemoryScheduler scheduler;
+    MemoryPreferences preferences;
+    MemoryPasteboard pasteboard;
+    MemoryWorkspace workspace;
+    MemorySoundPlayer soundPlayer{scheduler};
+    Sounds sounds{preferences, soundPlayer, scheduler};
+
+private:
+    QTemporaryDir m_folder;
+
+public:
+    std::unique_ptr<ClipContainer> container;
+    std::unique_ptr<ClipboardStore> store;
+};
+
+} // namespace quillet
