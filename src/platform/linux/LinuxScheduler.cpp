@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxScheduler.h"
 
+#include <QPointer>
 #include <QTimer>
 
 namespace quillet {
@@ -47,9 +48,12 @@ public:
 private:
     void tick() {
         m_lastTick = m_armedTick;
-        arm();
+        arm(); // at once, so that the task finds a timer that is awake
+        const QPointer<QTimer> timer = &m_timer;
         const auto task = m_task; // the task may destroy this timer
         task();
+        if (timer && timer->isActive())
+            arm(); // past the ticks that the task itself took too long for
     }
 
     void arm() {
