@@ -20,6 +20,14 @@ Capability capability(const QString& name, bool available, const QString& cause)
 
 } // namespace
 
+std::optional<QString> whyNoDisplay() {
+    if (X11Connection::displayAnswers())
+        return std::nullopt;
+    const QString display = qEnvironmentVariable("DISPLAY");
+    return display.isEmpty() ? u"No display: DISPLAY is not set."_s
+                             : u"The display \"%1\" does not answer."_s.arg(display);
+}
+
 std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile) {
     std::shared_ptr<X11Connection> connection = X11Connection::open();
     if (!connection)

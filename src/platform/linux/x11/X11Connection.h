@@ -34,6 +34,10 @@ public:
     /// Connects to the display of the environment; null where there is none or where it lacks
     /// XFixes 2 or later.
     static std::unique_ptr<X11Connection> open();
+
+    /// Whether the environment names a display that answers. Needs no application object.
+    static bool displayAnswers();
+
     ~X11Connection() override;
 
     xcb_connection_t* xcb() const { return m_xcb; }

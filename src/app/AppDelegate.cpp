@@ -1,0 +1,97 @@
+#include "app/AppDelegate.h"
+
+#include "app/ClipVerbs.h"
+#include "app/Identity.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+AppDelegate::AppDelegate() = default;
+AppDelegate::~AppDelegate() = default;
+
+std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platform,
+                                                                  const QString& dataFolder) {
+    m_services = std::make_unique<Composition>(std::move(platform));
+    registerSoundDefaults();
+    if (const auto error = openContainer(dataFolder))
+        return u"Failed to create model container: "_s + *error;
+    startClipboard();
+    return std::nullopt;
+}
+
+void AppDelegate::applicationWillTerminate() {
+    m_services.reset();
+}
+
+void AppDelegate::registerSoundDefaults() {
+    const Platform& platform = m_services->platform;
+    m_services->sounds =
+        std::make_unique<Sounds>(*platform.preferences, *platform.sounds, *platform.scheduler);
+    m_services->sounds->registerDefaults();
+}
+
+std::optional<QString> AppDelegate::openContainer(const QString& dataFolder) {
+    auto opening = ClipContainer::open(dataFolder, *m_services->platform.scheduler);
+    m_services->container = std::move(opening.container);
+    return m_services->container ? std::nullopt : std::optional(opening.error);
+}
+
+void AppDelegate::startClipboard() {
+    const Platform& platform = m_services->platform;
+    m_services->clipboard = std::make_unique<ClipboardStore>(
+        m_services->container->mainContext(), *platform.pasteboard, *platform.preferences,
+        *platform.scheduler, *platform.workspace, *m_services->sounds);
+    m_services->clipboard->start();
+    m_services->keeper =
+        std::make_unique<ClipboardKeeper>(*m_services->clipboard, *platform.pasteboard);
+}
+
+VerbResult AppDelegate::run(const Command& command) {
+    switch (command.verb) {
+    case Verb::start:
+    case Verb::service:
+        return VerbResult::done(); // it runs, and there is nothing to bring to the front
+    case Verb::status:
+        return VerbResult::done(status());
+    case Verb::clipList:
+    case Verb::clipCopy:
+    case Verb::clipShow:
+    case Verb::clipPin:
+    case Verb::clipDelete:
+    case Verb::clipClear:
+        return runClipVerb(command, *m_services->clipboard);
+    case Verb::quit:
+        // After the answer is out.
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        return VerbResult::done();
+    case Verb::help:
+        return VerbResult::done(helpText(command.topic).toUtf8());
+    case Verb::version:
+        return VerbResult::done(Identity::versionLine());
+    }
+    return {};
+}
+
+QByteArray AppDelegate::status() const {
+    QJsonObject capabilities;
+    for (const Capability& capability : m_services->platform.capabilities()) {
+        QJsonObject entry{{u"available"_s, capability.available}};
+        if (!capability.cause.isEmpty())
+            entry.insert(u"cause"_s, capability.cause);
+        capabilities.insert(capability.name, entry);
+    }
+    return QJsonDocument(QJsonObject{{u"ready"_s, true},
+                                     {u"running"_s, true},
+                                     {u"platform"_s, m_services->platform.name},
+                                     {u"version"_s, Identity::version()},
+                                     {u"pid"_s, QCoreApplication::applicationPid()},
+                                     {u"capabilities"_s, capabilities}})
+        .toJson();
+}
+
+} // namespace quillet

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/Composition.h"
+#include "app/VerbResult.h"
+
+#include <optional>
+
+namespace quillet {
+
+/// The spine of the program: builds every long-lived service in a fixed order when launching has
+/// finished, owns them for the life of the process, and takes them down again. Created empty by
+/// the process's start, which also hands it the verbs of other processes.
+class AppDelegate {
+public:
+    AppDelegate();
+    ~AppDelegate();
+
+    /// The launch. Returns the fatal message when it cannot be completed.
+    std::optional<QString> applicationDidFinishLaunching(Platform platform,
+                                                         const QString& dataFolder);
+    void applicationWillTerminate();
+
+    /// Carries out a verb that concerns the running program.
+    VerbResult run(const Command& command);
+
+private:
+    void registerSoundDefaults();
+    std::optional<QString> openContainer(const QString& dataFolder);
+    void startClipboard();
+
+    QByteArray status() const;
+
+    std::unique_ptr<Composition> m_services;
+};
+
+} // namespace quillet

@@ -1,0 +1,75 @@
+#include "app/ClipListing.h"
+
+#include "app/Printable.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <ranges>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+namespace {
+
+constexpr qsizetype previewLength = 60;
+
+QJsonValue valueOrNull(const std::optional<QString>& text) {
+    return text ? QJsonValue(*text) : QJsonValue();
+}
+
+QJsonObject asJson(const ClipItem& clip) {
+    return {{u"id"_s, clip.id().toString(QUuid::WithoutBraces)},
+            {u"kind"_s, ClipItem::rawValue(clip.kind())},
+            {u"text"_s, valueOrNull(clip.text())},
+            {u"filePaths"_s, QJsonArray::fromStringList(clip.filePaths())},
+            {u"imageBytes"_s, clip.imageBytes()},
+            {u"sourceBundleID"_s, valueOrNull(clip.sourceBundleID())},
+            {u"sourceAppName"_s, valueOrNull(clip.sourceAppName())},
+            {u"createdAt"_s, clip.createdAt().toUTC().toString(Qt::ISODateWithMs)},
+            {u"isPinned"_s, clip.isPinned()},
+            {u"contentHash"_s, clip.contentHash()}};
+}
+
+QString contentPreview(const ClipItem& clip) {
+    switch (clip.kind()) {
+    case ClipItem::Kind::text:
+    case ClipItem::Kind::link:
+    case ClipItem::Kind::color:
+        return preview(clip.text().value_or(QString()), previewLength);
+    case ClipItem::Kind::image:
+        return u"%1 bytes"_s.arg(clip.imageBytes());
+    case ClipItem::Kind::file:
+        return preview(clip.filePaths().join(u", "_s), previewLength);
+    }
+    return {};
+}
+
+QString asLine(size_t number, const ClipItem& clip) {
+    const QString source = printable(clip.sourceAppName().value_or(QString()));
+    return u"%1 %2 %3 %4  %5  %6\n"_s.arg(number, 4)
+        .arg(clip.isPinned() ? u"*"_s : u" "_s)
+        .arg(ClipItem::rawValue(clip.kind()), -5)
+        .arg(contentPreview(clip), source,
+             clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
+}
+
+} // namespace
+
+QByteArray clipsAsJson(const ClipItems& clips, size_t limit) {
+    QJsonArray list;
+    for (const auto& clip : clips | std::views::take(limit))
+        list.append(asJson(*clip));
+    return QJsonDocument(list).toJson();
+}
+
+QByteArray clipsAsLines(const ClipItems& clips, size_t limit) {
+    QByteArray lines;
+    size_t number = 0;
+    for (const auto& clip : clips | std::views::take(limit))
+        lines += asLine(++number, *clip).toUtf8();
+    return lines;
+}
+
+} // namespace quillet

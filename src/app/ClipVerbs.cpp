@@ -1,0 +1,72 @@
+#include "app/ClipVerbs.h"
+
+#include "app/ClipListing.h"
+#include "clipboard/ClipboardStore.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+namespace {
+
+using Clip = std::shared_ptr<ClipItem>;
+
+Clip find(const ClipItems& clips, const ClipReference& reference) {
+    if (const auto* number = std::get_if<int>(&reference)) {
+        const auto index = size_t(*number) - 1;
+        return index < clips.size() ? clips[index] : nullptr;
+    }
+    const auto found = std::ranges::find_if(
+        clips, [&](const Clip& clip) { return clip->id() == std::get<QUuid>(reference); });
+    return found != clips.end() ? *found : nullptr;
+}
+
+QString missing(const ClipReference& reference, size_t count) {
+    if (std::holds_alternative<QUuid>(reference))
+        return u"no clip has this id"_s;
+    return u"there is no clip %1; the history has %2"_s.arg(std::get<int>(reference)).arg(count);
+}
+
+VerbResult list(const Command& command, const ClipItems& clips) {
+    const size_t limit = command.limit ? size_t(*command.limit) : clips.size();
+    return VerbResult::done(command.json ? clipsAsJson(clips, limit) : clipsAsLines(clips, limit));
+}
+
+VerbResult show(const ClipItem& clip) {
+    if (clip.kind() == ClipItem::Kind::file)
+        return VerbResult::done(clip.filePaths().join(u'\n').toUtf8());
+    const auto source =
+        clip.kind() == ClipItem::Kind::image ? clip.imageSource() : clip.textSource();
+    const QByteArray content = source ? source() : QByteArray();
+    if (content.isNull())
+        return VerbResult::failed(u"the content of this clip cannot be read"_s);
+    return VerbResult::done(content);
+}
+
+} // namespace
+
+VerbResult runClipVerb(const Command& command, ClipboardStore& store) {
+    if (command.verb == Verb::clipList)
+        return list(command, store.items());
+    if (command.verb == Verb::clipClear) {
+        store.clear(command.keepPinned);
+        return VerbResult::done();
+    }
+
+    const Clip clip = find(store.items(), *command.clip);
+    if (!clip)
+        return VerbResult::failed(missing(*command.clip, store.items().size()));
+    if (command.verb == Verb::clipShow)
+        return show(*clip);
+    if (command.verb == Verb::clipCopy)
+        store.copyToPasteboard(clip, command.plain);
+    else if (command.verb == Verb::clipPin)
+        store.togglePin(clip);
+    else
+        store.deleteItem(clip);
+    return VerbResult::done();
+}
+
+} // namespace quillet

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/VerbResult.h"
+
+#include <functional>
+#include <QDBusConnection>
+#include <QDBusServer>
+#include <QObject>
+
+namespace quillet {
+
+/// The door through which other processes reach the running Quillet: one object, on the session
+/// bus under the application's name and on a private socket in the runtime folder, so that verbs
+/// also work where there is no bus. Owned by the process's start; hands parsed commands to
+/// `execute` on the main thread, once the event loop runs.
+class ControlService : public QObject {
+public:
+    using Execute = std::function<VerbResult(const Command&)>;
+
+    ControlService(const QString& runtimeFolder, Execute execute);
+    ~ControlService() override;
+
+    /// Serves the object. False when another process has the application's name on the bus.
+    bool open();
+
+    VerbResult run(const QStringList& arguments);
+
+private:
+    void serve(QDBusConnection connection);
+
+    QString m_socket;
+    Execute m_execute;
+    std::unique_ptr<QDBusServer> m_server;
+};
+
+} // namespace quillet

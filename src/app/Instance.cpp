@@ -1,0 +1,84 @@
+#include "app/Instance.h"
+
+#include "app/AppDelegate.h"
+#include "app/BackgroundStart.h"
+#include "app/Client.h"
+#include "app/ControlService.h"
+#include "app/EndSignals.h"
+#include "app/Identity.h"
+#include "app/RuntimeFolder.h"
+#include "app/StandardStreams.h"
+#include "app/VerbResult.h"
+
+#include <QApplication>
+#include <QStandardPaths>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+namespace {
+
+int fail(const QString& message) {
+    printError(message);
+    return int(ExitCode::failed);
+}
+
+QString dataFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quillet"_s;
+}
+
+int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const Backend& backend) {
+    if (const auto obstacle = backend.obstacle())
+        return fail(*obstacle);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Quillet"_s);
+    QApplication::setApplicationVersion(Identity::version());
+    QApplication::setDesktopFileName(Identity::applicationID);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    AppDelegate delegate;
+    ControlService control(folder, [&](const Command& command) { return delegate.run(command); });
+    // The name may belong to one with another runtime folder.
+    if (!control.open())
+        return Client(folder).activate() ? 0 : fail(u"the running Quillet does not answer"_s);
+
+    const EndSignals endSignals([] { QCoreApplication::quit(); });
+    auto platform = backend.makePlatform();
+    if (const auto* reason = std::get_if<QString>(&platform))
+        return fail(*reason);
+    if (const auto error = delegate.applicationDidFinishLaunching(
+            std::move(std::get<Platform>(platform)), dataFolder()))
+        return fail(*error);
+    if (verb == Verb::service)
+        moveStandardErrorToLog(folder);
+
+    const int code = QApplication::exec();
+    delegate.applicationWillTerminate();
+    return code;
+}
+
+} // namespace
+
+int startQuillet(const Command& command, int& argc, char** argv, const Backend& backend) {
+    const auto folder = runtimeFolder();
+    if (!folder)
+        return int(ExitCode::failed);
+    InstanceLock lock(*folder);
+    if (lock.acquire())
+        return runInstance(command.verb, argc, argv, *folder, backend);
+    if (command.verb == Verb::service)
+        return int(ExitCode::done);
+
+    const QCoreApplication application(argc, argv);
+    if (Client(*folder).activate())
+        return int(ExitCode::done);
+    if (lock.isHeldElsewhere())
+        return fail(u"the running Quillet does not answer"_s);
+    // The other one has just ended, so this one takes its place, from a clean start.
+    execv("/proc/self/exe", argv);
+    return fail(u"Quillet could not be started"_s);
+}
+
+} // namespace quillet

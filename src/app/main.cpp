@@ -1,0 +1,110 @@
+#include "app/Client.h"
+#include "app/CommandLine.h"
+#include "app/Identity.h"
+#include "app/Instance.h"
+#include "app/Logging.h"
+#include "app/RuntimeFolder.h"
+#include "app/StandardStreams.h"
+#include "app/VerbResult.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/memory/MemoryPlatform.h"
+
+#include <clocale>
+#include <csignal>
+#include <cstring>
+#include <langinfo.h>
+#include <malloc.h>
+#include <QCoreApplication>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+namespace {
+
+/// A clip of many megabytes passes through the heap now and then. Blocks of a page or more of
+/// their own, few arenas and an early trim give its memory back to the system at once; by itself
+/// the allocator would raise its thresholds after the first such block and keep what it got.
+void giveMemoryBack() {
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+    mallopt(M_TRIM_THRESHOLD, 128 * 1024);
+    mallopt(M_ARENA_MAX, 2);
+}
+
+/// File names and arguments are UTF-8 in whatever locale; Qt would say so at every start.
+void ensureUtf8Locale() {
+    std::setlocale(LC_ALL, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
+        qputenv("LC_ALL", "C.UTF-8");
+}
+
+QString preferencesFile() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           u"/quillet/preferences.json"_s;
+}
+
+Backend backend() {
+    if (qEnvironmentVariable("QUILLET_PLATFORM") == u"memory"_s)
+        return {[] { return std::optional<QString>(); }, makeMemoryPlatform};
+    // In a Wayland session, too, the windows belong where the clipboard is.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    return {whyNoDisplay, [] { return makeLinuxPlatform(preferencesFile()); }};
+}
+
+int runVerb(const Command& command, const QStringList& arguments, int& argc, char** argv) {
+    const auto folder = runtimeFolder();
+    if (!folder)
+        return int(ExitCode::failed);
+    const QCoreApplication application(argc, argv);
+    return Client(*folder).run(command, arguments);
+}
+
+int print(const QByteArray& text) {
+    return int(printOutput(text) ? ExitCode::done : ExitCode::failed);
+}
+
+int run(int argc, char** argv) {
+    giveMemoryBack();
+    ensureUtf8Locale();
+    keepLogQuiet();
+    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is an error that write() reports
+
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromUtf8(argv[i]);
+    const auto parsed = parseCommandLine(arguments);
+    if (const auto* error = std::get_if<UsageError>(&parsed)) {
+        printError(error->text);
+        return int(ExitCode::usage);
+    }
+    const Command& command = std::get<Command>(parsed);
+    switch (command.verb) {
+    case Verb::help:
+        return print(helpText(command.topic).toUtf8());
+    case Verb::version:
+        return print(Identity::versionLine());
+    case Verb::start:
+    case Verb::service:
+        return startQuillet(command, argc, argv, backend());
+    case Verb::status:
+    case Verb::clipList:
+    case Verb::clipCopy:
+    case Verb::clipShow:
+    case Verb::clipPin:
+    case Verb::clipDelete:
+    case Verb::clipClear:
+    case Verb::quit:
+        return runVerb(command, arguments, argc, argv);
+    }
+    return int(ExitCode::failed);
+}
+
+} // namespace
+
+} // namespace quillet
+
+int main(int argc, char** argv) {
+    return quillet::run(argc, argv);
+}

@@ -1,0 +1,186 @@
+#include "app/PrivateSession.h"
+#include "support/Eventually.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+namespace quillet {
+
+/// Everything here holds with a session bus and without one.
+class Process : public testing::TestWithParam<PrivateSession::Bus> {
+protected:
+    QJsonArray clips() {
+        return QJsonDocument::fromJson(session.run({u"clip"_s, u"list"_s, u"--json"_s}).output)
+            .array();
+    }
+
+    PrivateSession session{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(, Process,
+                         testing::Values(PrivateSession::Bus::present, PrivateSession::Bus::absent),
+                         [](const auto& bus) {
+                             return bus.param == PrivateSession::Bus::present ? "withBus"
+                                                                              : "withoutBus";
+                         });
+
+TEST_P(Process, twentyLaunchesAtOnceEndWithOneProcessThatRanEveryVerb) {
+    session.fillHistory(std::vector<QByteArray>{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"});
+    std::vector<QProcess*> starts;
+    std::vector<QProcess*> verbs;
+    for (int i = 1; i <= 10; ++i) {
+        verbs.push_back(&session.launch({u"clip"_s, u"pin"_s, QString::number(i)}));
+        starts.push_back(&session.launch());
+    }
+    for (QProcess* verb : verbs) {
+        ASSERT_TRUE(verb->waitForFinished());
+        EXPECT_EQ(verb->exitCode(), 0) << verb->readAllStandardError().toStdString();
+    }
+    EXPECT_TRUE(eventually([&] { return session.processes().size() == 1; }));
+    const qint64 pid = session.status()["pid"_L1].toInteger();
+    EXPECT_THAT(session.processes(), testing::ElementsAre(pid));
+    for (QProcess* start : starts) {
+        start->waitForFinished(100);
+        EXPECT_TRUE(start->processId() == pid || start->exitCode() == 0)
+            << start->readAllStandardError().toStdString();
+    }
+    for (const auto& clip : clips())
+        EXPECT_TRUE(clip["isPinned"_L1].toBool());
+    EXPECT_EQ(clips().size(), 10);
+}
+
+TEST_P(Process, aVerbThatNeedsNoQuilletStartsNone) {
+    const Outcome status = session.run({u"status"_s});
+    EXPECT_EQ(status.exitCode, 1);
+    EXPECT_EQ(QJsonDocument::fromJson(status.output).object(),
+              (QJsonObject{{u"ready"_s, false}, {u"running"_s, false}}));
+    const Outcome quit = session.run({u"quit"_s});
+    EXPECT_EQ(quit.exitCode, 1);
+    EXPECT_EQ(quit.error, "quillet: Quillet is not running\n");
+    const Outcome usage = session.run({u"clip"_s, u"copy"_s, u"x"_s});
+    EXPECT_EQ(usage.exitCode, 2);
+    EXPECT_EQ(usage.error.count('\n'), 1);
+    EXPECT_EQ(session.run({u"--help"_s}).exitCode, 0);
+    EXPECT_THAT(session.run({u"--version"_s}).output.toStdString(), HasSubstr("quillet "));
+    EXPECT_THAT(session.processes(), IsEmpty());
+}
+
+TEST_P(Process, quitReturnsWhenThePlaceIsFreeForTheNext) {
+    for (int i = 0; i < 3; ++i) {
+        QProcess& process = session.start();
+        EXPECT_EQ(session.status()["pid"_L1].toInteger(), process.processId());
+        EXPECT_EQ(session.run({u"quit"_s}).exitCode, 0);
+        EXPECT_FALSE(session.status()["running"_L1].toBool());
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 0);
+    }
+}
+
+TEST_P(Process, endSignalsEndItInItsOwnWay) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        QProcess& process = session.start();
+        ASSERT_EQ(process.state(), QProcess::Running);
+        kill(pid_t(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << signal;
+        EXPECT_EQ(process.exitCode(), 0) << signal;
+    }
+}
+
+TEST_P(Process, whatAKilledProcessLeavesBehindIsNoObstacle) {
+    QProcess& killed = session.start();
+    killed.kill();
+    ASSERT_TRUE(killed.waitForFinished());
+    ASSERT_TRUE(QFile::exists(session.runtimeFolder() + u"/lock"_s));
+    EXPECT_FALSE(session.status()["running"_L1].toBool());
+    EXPECT_EQ(session.run({u"clip"_s, u"list"_s}).exitCode, 0);
+    EXPECT_TRUE(session.status()["ready"_L1].toBool());
+}
+
+TEST_P(Process, aVerbLeavesTheQuilletItStartedBehindOnItsOwn) {
+    session.fillHistory({"kept"});
+    // The pipe stays open for as long as anybody holds it.
+    const Outcome list = session.shell(u"\"$QUILLET\" clip list 2>&1 | cat"_s);
+    EXPECT_THAT(list.output.toStdString(), HasSubstr("kept"));
+    const auto processes = session.processes();
+    ASSERT_THAT(processes, SizeIs(1));
+    EXPECT_EQ(getsid(pid_t(processes.front())), processes.front());
+}
+
+TEST_P(Process, bytesComeOutAsTheyWentIn) {
+    const QByteArray tricky("a\0b\r\n\xEF\xBF\xBD\xF0\x9F\x98\x80 ", 14);
+    const QByteArray large(300'000, 'x');
+    session.fillHistory({tricky, large});
+    EXPECT_EQ(session.run({u"clip"_s, u"show"_s, u"2"_s}).output, tricky);
+    EXPECT_EQ(session.run({u"clip"_s, u"show"_s, u"1"_s}).output, large);
+    EXPECT_EQ(clips().at(1)["text"_L1].toString().toUtf8(), tricky);
+
+    const Outcome cut =
+        session.shell(u"\"$QUILLET\" clip show 1 | head -c 3; echo \" ${PIPESTATUS[0]}\""_s);
+    EXPECT_EQ(cut.output, "xxx 1\n");
+    EXPECT_EQ(cut.error, "");
+    const Outcome full = session.shell(u"\"$QUILLET\" clip show 1 >/dev/full"_s);
+    EXPECT_EQ(full.exitCode, 1);
+    EXPECT_THAT(full.error.toStdString(), HasSubstr("cannot write the output"));
+}
+
+TEST_P(Process, aHistoryThatCannotBeOpenedStopsTheStartWithAReason) {
+    QFile obstacle(session.dataFolder());
+    ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
+    const Outcome start = session.run({});
+    EXPECT_EQ(start.exitCode, 1);
+    EXPECT_THAT(start.error.toStdString(), HasSubstr("Failed to create model container: "));
+    const Outcome verb = session.run({u"clip"_s, u"list"_s});
+    EXPECT_EQ(verb.exitCode, 1);
+    EXPECT_THAT(verb.error.toStdString(), HasSubstr("Failed to create model container: "));
+    EXPECT_THAT(session.processes(), IsEmpty());
+}
+
+TEST_P(Process, verbsLeaveNothingOpenInTheProcess) {
+    session.start();
+    const QDir open(u"/proc/%1/fd"_s.arg(session.status()["pid"_L1].toInteger()));
+    const auto count = open.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
+    for (int i = 0; i < 10; ++i)
+        session.run({u"clip"_s, u"list"_s});
+    EXPECT_TRUE(eventually([&] {
+        return open.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size() <=
+               count.size();
+    }));
+}
+
+TEST(ProcessOnTheBus, desktopsFindTheApplicationUnderItsName) {
+    PrivateSession session(PrivateSession::Bus::present);
+    session.start();
+    auto bus = QDBusConnection::connectToBus(session.busAddress(), u"test"_s);
+    const QString name = u"org.quillet.Quillet"_s;
+    EXPECT_EQ(bus.interface()->servicePid(name).value(), session.status()["pid"_L1].toInteger());
+    QDBusInterface application(name, u"/org/quillet/Quillet"_s, u"org.freedesktop.Application"_s,
+                               bus);
+    EXPECT_TRUE(QDBusReply<void>(application.call(u"Activate"_s, QVariantMap())).isValid());
+    QDBusConnection::disconnectFromBus(u"test"_s);
+}
+
+TEST(ProcessOnTheBus, oneOtherRuntimeFolderOnTheSameBusMeetsTheSameQuillet) {
+    PrivateSession session(PrivateSession::Bus::present);
+    session.start();
+    const Outcome second =
+        session.shell(u"mkdir -m 700 \"$HOME/other\"; XDG_RUNTIME_DIR=$HOME/other \"$QUILLET\""_s);
+    EXPECT_EQ(second.exitCode, 0) << second.error.toStdString();
+    EXPECT_TRUE(session.status()["running"_L1].toBool());
+}
+
+} // namespace quillet
