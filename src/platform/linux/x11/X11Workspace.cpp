@@ -115,6 +115,12 @@ void X11Workspace::noteActiveWindow() {
 }
 
 std::optional<X11Workspace::Owner> X11Workspace::ownerOf(xcb_window_t window) const {
+    // Window managers leave the name of a dead window standing, and its number may by now lead to
+    // another program.
+    const XcbOwned<xcb_get_window_attributes_reply_t> alive(xcb_get_window_attributes_reply(
+        m_connection.xcb(), xcb_get_window_attributes(m_connection.xcb(), window), nullptr));
+    if (!alive)
+        return std::nullopt;
     const QList<QByteArray> halves = m_connection.bytes(window, XCB_ATOM_WM_CLASS).split('\0');
     const Owner owner{QString::fromLatin1(halves.value(1)), QString::fromLatin1(halves.value(0)),
                       pidOf(window)};
