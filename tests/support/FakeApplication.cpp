@@ -24,7 +24,7 @@ FakeApplication::FakeApplication(const QByteArray& display, const QByteArray& wi
         qFatal("the window manager did not make the window active");
 }
 
-bool FakeApplication::isActive() {
+bool FakeApplication::isActive() const {
     const auto active = m_client.property(m_client.root(), m_client.atom("_NET_ACTIVE_WINDOW"));
     return active.bytes == QByteArray(reinterpret_cast<const char*>(&m_shown), sizeof m_shown);
 }

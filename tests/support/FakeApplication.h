@@ -10,10 +10,10 @@ public:
     /// Returns when the window is active.
     FakeApplication(const QByteArray& display, const QByteArray& windowClass);
 
-    bool isActive();
+    bool isActive() const;
 
 private:
-    XClient m_client;
+    mutable XClient m_client; // a look at the server leaves the application as it is
     xcb_window_t m_shown = XCB_WINDOW_NONE;
 };
 

@@ -64,12 +64,13 @@ bool FakeOwner::handOver(const std::vector<QByteArray>& targets) {
     perform([&] {
         m_handOver = &stored;
         const xcb_atom_t property = m_client->atom("QUILLET_TEST_SAVE");
-        m_client->setProperty(m_client->window(), property, XCB_ATOM_ATOM,
-                              m_client->atomList(targets), 32);
+        xcb_delete_property(m_client->connection(), m_client->window(), property);
+        if (!targets.empty())
+            m_client->setProperty(m_client->window(), property, XCB_ATOM_ATOM,
+                                  m_client->atomList(targets), 32);
         xcb_convert_selection(m_client->connection(), m_client->window(),
                               m_client->atom("CLIPBOARD_MANAGER"), m_client->atom("SAVE_TARGETS"),
-                              targets.empty() ? xcb_atom_t{XCB_ATOM_NONE} : property,
-                              m_client->serverTime());
+                              property, m_client->serverTime());
     });
     auto answer = stored.get_future();
     const bool inTime = answer.wait_for(std::chrono::seconds(10)) == std::future_status::ready;

@@ -18,13 +18,14 @@ QuilletProcess::~QuilletProcess() = default;
 bool QuilletProcess::start(const QStringList& environment) {
     m_errors.clear();
     m_process = m_session.start(m_program, {}, environment);
-    return eventually(
-               [this] {
-                   const auto status = QJsonDocument::fromJson(verb({u"status"_s}).output).object();
-                   return status.value("ready"_L1).toBool() || !isRunning();
-               },
-               std::chrono::seconds(10)) &&
-           isRunning();
+    const auto isReady = [this] {
+        const auto status = QJsonDocument::fromJson(verb({u"status"_s}).output).object();
+        return status.value("ready"_L1).toBool() || !isRunning();
+    };
+    if (eventually(isReady, std::chrono::seconds(10)) && isRunning())
+        return true;
+    qWarning("not ready: %s%s", verb({u"status"_s}).error.constData(), errors().constData());
+    return false;
 }
 
 void QuilletProcess::quit() {
@@ -92,6 +93,14 @@ qint64 QuilletProcess::processFigure(const QString& file, const QByteArray& key)
             return line.mid(key.size()).simplified().split(' ').first().toLongLong();
     }
     return -1;
+}
+
+qint64 QuilletProcess::contextSwitches() const {
+    qint64 sum = 0;
+    for (const QString& thread :
+         QDir(u"/proc/%1/task"_s.arg(pid())).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        sum += processFigure(u"task/%1/status"_s.arg(thread), "voluntary_ctxt_switches:");
+    return sum;
 }
 
 } // namespace quillet

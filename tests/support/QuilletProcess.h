@@ -40,6 +40,9 @@ public:
     /// A line of /proc/PID/<file> as a number: the one that begins with `key`.
     qint64 processFigure(const QString& file, const QByteArray& key) const;
 
+    /// How often its threads have gone to sleep so far: one for every time they were woken up.
+    qint64 contextSwitches() const;
+
 private:
     DesktopSession& m_session;
     QString m_program;

@@ -1,0 +1,162 @@
+#include "desktop/ClipboardDesktop.h"
+#include "support/SamplePictures.h"
+#include "support/StallProbe.h"
+
+namespace quillet {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+using enum Offer::Manner;
+using enum Offer::Ending;
+
+/// Every test begins with one clip in the history, which no fault may cost.
+struct FaultsDesktop : ClipboardDesktop {
+    void SetUp() override {
+        ClipboardDesktop::SetUp();
+        ASSERT_TRUE(quillet.start());
+        FakeOwner owner(display());
+        owner.own(textOffers("kept"));
+        ASSERT_THAT(historyOnceNewestIs("kept"), ElementsAre("kept"));
+    }
+};
+
+Offer text(Offer offer) {
+    offer.target = "UTF8_STRING";
+    return offer;
+}
+
+const QByteArray digits = QByteArray("0123456789").repeated(30'000);
+
+TEST_F(FaultsDesktop, aBadOwnerCostsNothingButItsOwnCopy) {
+    const std::vector<std::pair<const char*, Offer>> cases{
+        {"never says what it has", {.target = "TARGETS", .manner = ignored}},
+        {"refuses to say what it has", {.target = "TARGETS", .manner = refused}},
+        {"lists nonsense", {.target = "TARGETS", .bytes = "\1\2\3\4\5"}},
+        {"never delivers", text({.manner = ignored})},
+        {"refuses", text({.manner = refused})},
+        {"stops", text({.bytes = digits, .manner = incremental, .chunks = 2, .ending = stalls})},
+        {"dies", text({.bytes = digits, .manner = incremental, .chunks = 2, .ending = dies})},
+        {"trickles", text({.bytes = digits, .manner = incremental, .chunk = 10, .pause = 5ms})},
+        {"offers nonsense as TIFF", {.target = "image/tiff", .bytes = "II*"}},
+        {"cuts a TIFF off",
+         {.target = "image/tiff", .bytes = tiffOf(sampleScreenshot({40, 30})).left(1000)}},
+    };
+    for (const auto& [behaviour, offer] : cases) {
+        SCOPED_TRACE(behaviour);
+        FakeOwner owner(display());
+        owner.own({offer});
+        StallProbe probe(session().busAddress());
+        EXPECT_THAT(historyAfterMarker(), ElementsAre("kept"));
+        EXPECT_LE(probe.longest(), 500ms);
+    }
+}
+
+TEST_F(FaultsDesktop, anOwnerThatLiesAboutTheSizeOrIsSlowIsStillReadToTheEnd) {
+    const std::vector<Offer> offers{
+        {.bytes = digits + "a", .manner = incremental, .announced = 0},
+        {.bytes = digits + "b", .manner = incremental, .announced = 100},
+        {.bytes = digits + "c", .manner = incremental, .announced = 1'000'000},
+        {.bytes = "late", .pause = 700ms},
+    };
+    for (const Offer& offer : offers) {
+        FakeOwner owner(display());
+        owner.own({text(offer)});
+        const std::string expected = offer.bytes.toStdString();
+        EXPECT_TRUE(historyOnceNewestIs(expected).front() == expected)
+            << offer.bytes.right(1).data();
+    }
+}
+
+TEST_F(FaultsDesktop, aCopyThatIsReplacedWhileItIsReadIsNotRecorded) {
+    FakeOwner slow(display());
+    FakeOwner quick(display());
+    slow.own({text({.bytes = digits, .manner = incremental, .chunk = 1000, .pause = 20ms})});
+    ASSERT_TRUE(eventually([&] { return slow.requests("UTF8_STRING") > 0; }));
+    quick.own(textOffers("quick"));
+    EXPECT_THAT(historyOnceNewestIs("quick"), ElementsAre("quick", "kept"));
+    EXPECT_THAT(historyAfterMarker(), ElementsAre("quick", "kept"));
+}
+
+TEST_F(FaultsDesktop, aGigabyteOfTextIsRefusedWithoutBeingHeld) {
+    const qint64 before = quillet.processFigure(u"status"_s, "VmHWM:");
+    ASSERT_GT(before, 0);
+    for (const uint32_t announced : {1u << 30, 0u}) {
+        SCOPED_TRACE(announced);
+        FakeOwner owner(display());
+        owner.own({text({.bytes = QByteArray(1 << 20, 'x'),
+                         .manner = incremental,
+                         .announced = announced,
+                         .repeat = 1024,
+                         .chunk = 1 << 20})});
+        ASSERT_TRUE(eventually([&] { return owner.requests("UTF8_STRING") > 0; }));
+        EXPECT_THAT(historyAfterMarker(), ElementsAre("kept"));
+    }
+    EXPECT_LT(quillet.processFigure(u"status"_s, "VmHWM:") - before, 100 * 1024);
+}
+
+TEST_F(FaultsDesktop, oddTextsAreKeptWholeAndInvalidOnesReadable) {
+    const std::vector<QByteArray> exact{QByteArray("nul\0inside", 10), QByteArray(1'000'000, 'l'),
+                                        "\xef\xbb\xbfwith a mark", "a\r\nb\rc\n"};
+    for (const QByteArray& bytes : exact) {
+        FakeOwner owner(display());
+        const auto before = quillet.clips().size();
+        owner.own({text({.bytes = bytes})});
+        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+        EXPECT_TRUE(quillet.content(1) == bytes) << bytes.left(20).constData();
+        copyBack(1);
+        EXPECT_TRUE(FakeRequestor(display()).read("UTF8_STRING") == bytes);
+    }
+    for (const QByteArray bytes : {"start \xff\xfe end", "start \xed\xa0\x80 end"}) {
+        FakeOwner owner(display());
+        owner.own({text({.bytes = bytes})});
+        const auto isNewest = [&] { return quillet.texts().front().ends_with(" end"); };
+        ASSERT_TRUE(eventually(isNewest));
+        EXPECT_THAT(quillet.content(1).toStdString(),
+                    AllOf(StartsWith("start "), HasSubstr("\xef\xbf\xbd"), EndsWith(" end")));
+        quillet.verb({u"clip"_s, u"delete"_s, u"1"_s});
+    }
+}
+
+TEST_F(FaultsDesktop, aPngThatIsNoneIsPutBackAsItCame) {
+    const QByteArray whole = pngOf(sampleScreenshot({64, 64}));
+    for (const QByteArray& bytes : {whole.left(whole.size() / 2), QByteArray("no picture")}) {
+        FakeOwner owner(display());
+        const auto before = quillet.clips().size();
+        owner.own({{.target = "image/png", .bytes = bytes}});
+        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+        copyBack(1);
+        FakeRequestor requestor(display());
+        EXPECT_TRUE(requestor.read("image/png") == bytes);
+        EXPECT_FALSE(requestor.read("image/tiff"));
+    }
+}
+
+TEST_F(FaultsDesktop, readingAndServingALargePictureNeverHoldsUpTheProgram) {
+    // Other programs' load also makes an answer late, so the best of a few tries counts.
+    auto reading = 1'000ms;
+    auto serving = 1'000ms;
+    for (quint32 attempt = 0; attempt < 5 && std::max(reading, serving) > 50ms; ++attempt) {
+        const QByteArray png = pngOfSize(20 << 20, attempt);
+        const auto before = quillet.clips().size();
+        StallProbe readingProbe(session().busAddress());
+        const auto owner = copy(png, u"image/png"_s);
+        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+        reading = std::min(reading, readingProbe.longest());
+
+        copyBack(1);
+        StallProbe servingProbe(session().busAddress());
+        EXPECT_TRUE(FakeRequestor(display()).read("image/png") == png);
+        serving = std::min(serving, servingProbe.longest());
+    }
+    EXPECT_LE(reading, 50ms);
+    EXPECT_LE(serving, 50ms);
+}
+
+} // namespace
+} // namespace quillet

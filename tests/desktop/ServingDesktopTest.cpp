@@ -1,0 +1,228 @@
+#include "desktop/ClipboardDesktop.h"
+#include "support/SamplePictures.h"
+
+#include <future>
+
+namespace quillet {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using Content = std::optional<QByteArray>;
+
+struct ServingDesktop : ClipboardDesktop {
+    void SetUp() override {
+        ClipboardDesktop::SetUp();
+        ASSERT_TRUE(quillet.start());
+    }
+
+    /// Has the content recorded by a copy whose owner is gone afterwards.
+    void record(const QByteArray& bytes, const QString& target) {
+        const auto before = quillet.clips().size();
+        const auto owner = copy(bytes, target);
+        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+    }
+
+    Content paste(const QByteArray& target) { return FakeRequestor(display()).read(target); }
+    std::vector<QByteArray> targets() { return FakeRequestor(display()).targets(); }
+};
+
+QByteArray utf16(const QString& text) {
+    return {reinterpret_cast<const char*>(text.utf16()), 2 * text.size()};
+}
+
+TEST_F(ServingDesktop, aClipPutBackIsServedUnderEveryNameProgramsKnow) {
+    const QByteArray link = "https://example.org/a?b=c";
+    const QByteArray files = "file:///tmp/a%20b%23.txt\r\nfile:///tmp/%E4%B8%96.png\r\n";
+    const QByteArray paths = "/tmp/a b#.txt\n/tmp/世.png";
+    const QByteArray png = pngOf(sampleScreenshot({640, 480}));
+    struct Case {
+        QString target;
+        QByteArray copied;
+        std::vector<std::pair<QByteArray, QByteArray>> served;
+        std::vector<std::pair<QByteArray, QByteArray>> servedPlain;
+        QByteArray notServedPlain;
+    };
+    const std::vector<std::pair<QByteArray, QByteArray>> text{
+        {"UTF8_STRING", "grüße\n"},
+        {"text/plain;charset=utf-8", "grüße\n"},
+        {"STRING", "gr\xfc\xdf"
+                   "e\n"}};
+    const std::vector<Case> cases{
+        {u"UTF8_STRING"_s, "grüße\n", text, text, "text/html"},
+        {u"UTF8_STRING"_s, "#a0b1c2", {{"UTF8_STRING", "#a0b1c2"}}, {{"STRING", "#a0b1c2"}}, ""},
+        {u"UTF8_STRING"_s,
+         link,
+         {{"UTF8_STRING", link}},
+         {{"UTF8_STRING", link}},
+         "text/x-moz-url"},
+        {u"text/uri-list"_s,
+         files,
+         {{"text/uri-list", files},
+          {"x-special/gnome-copied-files",
+           "copy\nfile:///tmp/a%20b%23.txt\nfile:///tmp/%E4%B8%96.png"},
+          {"application/x-kde-cutselection", "0"},
+          {"UTF8_STRING", paths}},
+         {{"UTF8_STRING", paths}},
+         "text/uri-list"},
+        {u"image/png"_s, png, {{"image/png", png}}, {{"image/png", png}}, "UTF8_STRING"},
+    };
+    FakeOwner other(display());
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.copied.left(40).toStdString());
+        record(each.copied, each.target);
+        other.own(textOffers("something else"));
+        EXPECT_EQ(historyOnceNewestIs("something else").front(), "something else");
+        copyBack(2);
+        EXPECT_FALSE(other.ownsClipboard());
+        for (const auto& [target, bytes] : each.served)
+            EXPECT_TRUE(paste(target) == bytes) << target.constData();
+        copyBack(1, {u"--plain"_s});
+        for (const auto& [target, bytes] : each.servedPlain)
+            EXPECT_TRUE(paste(target) == bytes) << target.constData();
+        EXPECT_THAT(targets(), Not(Contains(each.notServedPlain)));
+    }
+}
+
+TEST_F(ServingDesktop, aLinkIsAlsoServedAsAUrlAndAnImageAlsoAsTiff) {
+    record("https://example.org/a", u"UTF8_STRING"_s);
+    copyBack(1);
+    EXPECT_TRUE(paste("text/x-moz-url").value_or("").startsWith(utf16(u"https://example.org/a"_s)));
+
+    const QImage picture = sampleScreenshot({160, 90});
+    record(pngOf(picture), u"image/png"_s);
+    copyBack(1);
+    const QByteArray tiff = paste("image/tiff").value_or("");
+    quillet.verb({u"clip"_s, u"clear"_s});
+    record(tiff, u"image/tiff"_s);
+    EXPECT_EQ(QImage::fromData(quillet.content(1)).convertToFormat(QImage::Format_RGB32), picture);
+}
+
+TEST_F(ServingDesktop, requestsAreAnsweredByTheLetter) {
+    record("text", u"UTF8_STRING"_s);
+    copyBack(1);
+    EXPECT_THAT(targets(), AllOf(Contains("TARGETS"), Contains("TIMESTAMP"), Contains("MULTIPLE"),
+                                 Contains("UTF8_STRING"), Not(Contains("image/png"))));
+    FakeRequestor requestor(display());
+    EXPECT_EQ(requestor.read("TIMESTAMP").value_or("").size(), 4);
+    EXPECT_FALSE(requestor.read("image/png"));
+    EXPECT_THAT(requestor.readTogether({"UTF8_STRING", "image/png", "STRING"}),
+                ElementsAre(Content("text"), Content(), Content("text")));
+}
+
+TEST_F(ServingDesktop, puttingBackMovesTheClipToTheTopAndRecordsNothing) {
+    record("old", u"UTF8_STRING"_s);
+    record("new", u"UTF8_STRING"_s);
+    copyBack(2);
+    EXPECT_THAT(historyAfterMarker(), ElementsAre("old", "new"));
+}
+
+TEST_F(ServingDesktop, aQtProgramUnderstandsUsAndWeIt) {
+    const QString client = QStringLiteral(QUILLET_DESKTOP_CLIENT);
+    const QByteArray png = pngOf(sampleScreenshot({300, 200}));
+    const auto pixels = [](const QByteArray& bytes) {
+        return QImage::fromData(bytes).convertToFormat(QImage::Format_RGB32);
+    };
+    for (const auto& [what, content] : {std::pair{u"text"_s, QByteArray("grüße\nworld")},
+                                        {u"files"_s, QByteArray("/tmp/a b#.txt\n/tmp/世.png")},
+                                        {u"image"_s, png}}) {
+        SCOPED_TRACE(what.toStdString());
+        const auto before = quillet.clips().size();
+        const auto owner = session().start(client, {u"set"_s, what});
+        owner->write(content);
+        owner->closeWriteChannel();
+        owner->waitForBytesWritten();
+        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+
+        copyBack(1);
+        const QByteArray got = session().run(client, {u"get"_s, what}).output;
+        if (what == u"image"_s)
+            EXPECT_EQ(pixels(got), pixels(png));
+        else
+            EXPECT_EQ(got, content);
+    }
+}
+
+TEST_F(ServingDesktop, whatAVanishedProgramCopiedCanStillBePasted) {
+    for (const auto& [target, bytes] :
+         {std::pair{u"UTF8_STRING"_s, QByteArray("grüße ").repeated(50'000)},
+          {u"text/uri-list"_s, QByteArray("file:///tmp/a%20b\r\n")},
+          {u"image/png"_s, pngOfSize(2 << 20)}}) {
+        SCOPED_TRACE(target.toStdString());
+        record(bytes, target);
+        const QJsonArray listed = quillet.clips();
+        ASSERT_TRUE(eventually([&] { return paste(target.toLatin1()) == bytes; }));
+        letItBeNoticed();
+        EXPECT_EQ(quillet.clips(), listed);
+    }
+}
+
+TEST_F(ServingDesktop, theClipboardIsNotTakenFromALivingOwnerNorForAnotherContent) {
+    auto first = std::make_unique<FakeOwner>(display());
+    first->own(textOffers("first"));
+    historyOnceNewestIs("first");
+    EXPECT_TRUE(first->ownsClipboard());
+    FakeOwner second(display());
+    second.own(textOffers("second"));
+    first.reset();
+    historyOnceNewestIs("second");
+    EXPECT_TRUE(second.ownsClipboard());
+
+    auto vault = std::make_unique<FakeOwner>(display());
+    auto secret = textOffers("hunter2");
+    secret.push_back({.target = "x-kde-passwordManagerHint", .bytes = "secret"});
+    vault->own(secret);
+    letItBeNoticed();
+    vault.reset();
+    letItBeNoticed();
+    EXPECT_THAT(targets(), IsEmpty());
+}
+
+TEST_F(ServingDesktop, aProgramThatQuitsHandsItsContentOver) {
+    const QByteArray html = "<b>bold</b>";
+    for (const std::vector<QByteArray>& list :
+         {std::vector<QByteArray>{"UTF8_STRING", "text/html"}, std::vector<QByteArray>{}}) {
+        FakeOwner editor(display());
+        auto offers = textOffers("bold");
+        offers.push_back({.target = "text/html",
+                          .bytes = html.repeated(100'000),
+                          .manner = Offer::Manner::incremental});
+        editor.own(offers);
+        EXPECT_TRUE(editor.handOver(list));
+        editor.die();
+        ASSERT_TRUE(eventually([&] { return paste("UTF8_STRING") == "bold"; }));
+        EXPECT_TRUE(paste("text/html") == html.repeated(100'000));
+    }
+    EXPECT_THAT(historyAfterMarker(), testing::Each("bold"));
+
+    FakeOwner vault(display());
+    auto secret = textOffers("hunter2");
+    secret.push_back({.target = "x-kde-passwordManagerHint", .bytes = "secret"});
+    vault.own(secret);
+    EXPECT_FALSE(vault.handOver({"UTF8_STRING"}));
+    EXPECT_EQ(vault.requests("UTF8_STRING"), 0);
+    vault.die();
+    EXPECT_FALSE(paste("UTF8_STRING"));
+}
+
+TEST_F(ServingDesktop, oneReaderThatDiesOrSleepsDoesNotDisturbTheOthers) {
+    const QByteArray png = pngOfSize(60 << 20);
+    record(png, u"image/png"_s);
+    copyBack(1);
+    const auto readAll = [&png] { return FakeRequestor(display()).read("image/png") == png; };
+    auto first = std::async(std::launch::async, readAll);
+    auto second = std::async(std::launch::async, readAll);
+    FakeRequestor sleeper(display());
+    EXPECT_TRUE(sleeper.readPartOf("image/png", 1 << 20));
+    EXPECT_TRUE(FakeRequestor(display()).readPartOf("image/png", 5 << 20));
+    EXPECT_TRUE(first.get());
+    EXPECT_TRUE(second.get());
+    EXPECT_TRUE(readAll());
+}
+
+} // namespace
+} // namespace quillet
