@@ -4,14 +4,7 @@
 
 namespace quillet {
 
-TEST(GeometryTest, integralGrowsOutwardsToWholeEdges) {
-    const Rect exact{{-3, 2}, {4, 5}};
-    EXPECT_EQ(exact.integral(), exact);
-    const Rect fractional{{-0.25, 1.5}, {2, 2.75}};
-    EXPECT_EQ(fractional.integral(), (Rect{{-1, 1}, {3, 4}}));
-}
-
-TEST(GeometryTest, intersectionIsTheCommonPartOrEmpty) {
+TEST(GeometryTest, intersectionIsTheCommonPartAndIntegralGrowsOutwards) {
     const Rect square{{0, 0}, {10, 10}};
     struct Row {
         Rect other;
@@ -26,6 +19,8 @@ TEST(GeometryTest, intersectionIsTheCommonPartOrEmpty) {
     }
     EXPECT_EQ(square.inset(2, 3), (Rect{{2, 3}, {6, 4}}));
     EXPECT_TRUE(square.inset(5, 1).isEmpty());
+    EXPECT_EQ(square.integral(), square);
+    EXPECT_EQ((Rect{{-0.25, 1.5}, {2, 2.75}}.integral()), (Rect{{-1, 1}, {3, 4}}));
 }
 
 TEST(GeometryTest, aPointOnAnEdgeBelongsToOneOfTwoNeighbours) {
