@@ -73,7 +73,8 @@ std::function<QByteArray()> ClipPayload::source() const {
 
 bool ClipPayload::writeFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
+    // Unbuffered, for a full disk to show in write() and not to pass unnoticed later.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
         !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
         file.write(bytes) != bytes.size() || !file.commit())
         return false;

@@ -3,6 +3,8 @@
 #include "clipboard/ClipTable.h"
 #include "clipboard/SqliteConnection.h"
 
+#include <algorithm>
+#include <array>
 #include <map>
 #include <QDir>
 #include <QFile>
@@ -21,10 +23,10 @@ constexpr auto indexSuffix = "-shm"_L1;
 
 Health healthAfter(const QSqlError& error) {
     constexpr int primaryCodeMask = 0xff;
-    constexpr int corrupt = 11;
-    constexpr int notADatabase = 26;
+    constexpr std::array damageCodes{1, 11, 26}; // unsupported format, corrupt, not a database
     const int code = error.nativeErrorCode().toInt() & primaryCodeMask;
-    return code == corrupt || code == notADatabase ? Health::damaged : Health::unavailable;
+    return std::ranges::find(damageCodes, code) != damageCodes.end() ? Health::damaged
+                                                                     : Health::unavailable;
 }
 
 /// Adds the rows of one pass over the table to `rows`. Returns the last row id that it reached,
@@ -119,9 +121,10 @@ bool startOver(const ClipFiles& files, Health health, const QDateTime& now) {
 
     const QString kept = keptName(files, health, now);
     // The log goes first: were it left behind, it would be taken for that of the new database.
-    if (QFileInfo::exists(files.database() + logSuffix) &&
+    if (QFileInfo(files.database() + logSuffix).size() > 0 &&
         !QFile::rename(files.database() + logSuffix, kept + u".sqlite"_s + logSuffix))
         return false;
+    QFile::remove(files.database() + logSuffix);
     QFile::remove(files.database() + indexSuffix);
     if (QFileInfo::exists(files.database()) &&
         !QFile::rename(files.database(), kept + u".sqlite"_s))
@@ -145,7 +148,9 @@ void finishInterrupted(const ClipFiles& files) {
 std::vector<ClipItem::Fields> readableRows(const QString& databasePath, const QString& blobFolder) {
     std::map<qint64, ClipItem::Fields> rows;
     if (QFileInfo(databasePath).isFile()) {
-        const SqliteConnection database(databasePath, Access::readOnly);
+        SqliteConnection database(databasePath, Access::readOnly);
+        // Without this nothing is read of a file that was cut short.
+        database.run(u"PRAGMA writable_schema = ON"_s);
         const auto pass = [&](const QString& condition, bool& isComplete) {
             return collect(database.prepare(ClipTable::selectStatement + condition), blobFolder,
                            rows, isComplete);

@@ -36,8 +36,8 @@ bool SqliteConnection::run(const QString& statement) {
 }
 
 std::optional<QVariant> SqliteConnection::value(const QString& statement) {
-    QSqlQuery query = prepare(statement);
-    if (query.exec() && query.next())
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    if (query.exec(statement) && query.next())
         return query.value(0);
     m_error = query.lastError();
     return std::nullopt;

@@ -33,7 +33,10 @@ public:
     }
 
     void launch() {
-        container = ClipContainer::open(dataFolder(), scheduler).container;
+        auto opening = ClipContainer::open(dataFolder(), scheduler);
+        if (!opening.container)
+            qFatal("The history did not open: %s", qPrintable(opening.error));
+        container = std::move(opening.container);
         store = std::make_unique<ClipboardStore>(container->mainContext(), pasteboard, preferences,
                                                  scheduler, workspace, sounds);
         store->start();
