@@ -19,6 +19,8 @@ bool BackgroundStart::start() {
     posix_spawn_file_actions_init(&streams);
     posix_spawn_file_actions_addopen(&streams, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&streams, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    // Nothing of the caller's is kept busy: neither a lock or pipe nor a mounted folder.
+    posix_spawn_file_actions_addclosefrom_np(&streams, STDERR_FILENO + 1);
     posix_spawn_file_actions_addchdir_np(&streams, "/");
 
     posix_spawnattr_t attributes;

@@ -1,6 +1,7 @@
 #include "app/Client.h"
 
 #include "app/BackgroundStart.h"
+#include "app/ControlService.h"
 #include "app/Identity.h"
 #include "app/SessionBus.h"
 #include "app/StandardStreams.h"
@@ -68,7 +69,8 @@ std::optional<Client::Door> Client::knock() const {
         return Door{*bus, Identity::applicationID};
 
     const QString name = u"control"_s;
-    const auto socket = QDBusConnection::connectToPeer(controlSocketAddress(m_folder), name);
+    const auto socket =
+        QDBusConnection::connectToPeer(socketAddress(controlSocket(m_folder)), name);
     if (socket.isConnected())
         return Door{socket, QString()};
     QDBusConnection::disconnectFromPeer(name);

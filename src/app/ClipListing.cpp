@@ -13,7 +13,7 @@ namespace quillet {
 
 namespace {
 
-constexpr qsizetype previewLength = 60;
+constexpr int previewLength = 60;
 
 QJsonValue valueOrNull(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue();
@@ -51,8 +51,8 @@ QString asLine(size_t number, const ClipItem& clip) {
     return u"%1 %2 %3 %4  %5  %6\n"_s.arg(number, 4)
         .arg(clip.isPinned() ? u"*"_s : u" "_s)
         .arg(ClipItem::rawValue(clip.kind()), -5)
-        .arg(contentPreview(clip), source,
-             clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
+        .arg(contentPreview(clip), -(previewLength + 1))
+        .arg(source, clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
 }
 
 } // namespace

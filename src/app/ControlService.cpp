@@ -5,20 +5,31 @@
 #include "app/Logging.h"
 #include "app/SessionBus.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
+#include <QFile>
 
 using namespace Qt::StringLiterals;
 
 namespace quillet {
 
+QString controlSocket(const QString& runtimeFolder) {
+    return runtimeFolder + u"/control"_s;
+}
+
 ControlService::ControlService(const QString& runtimeFolder, Execute execute)
-    : m_socket(controlSocketAddress(runtimeFolder)), m_execute(std::move(execute)) {
+    : m_socket(controlSocket(runtimeFolder)), m_execute(std::move(execute)) {
     new ControlAdaptor(*this);
     new ApplicationAdaptor(*this);
 }
 
-ControlService::~ControlService() = default;
+ControlService::~ControlService() {
+    if (m_server)
+        QFile::remove(m_socket);
+}
 
 bool ControlService::open() {
     if (auto bus = sessionBus()) {
@@ -32,12 +43,24 @@ bool ControlService::open() {
         if (!reply.isValid())
             qCWarning(logApp).noquote() << "No name on the session bus:" << reply.error().message();
     }
-    m_server = std::make_unique<QDBusServer>(m_socket);
-    if (!m_server->isConnected())
-        qCWarning(logApp).noquote() << "No control socket:" << m_server->lastError().message();
-    connect(m_server.get(), &QDBusServer::newConnection, this,
-            [this](const QDBusConnection& connection) { serve(connection); });
+    listen();
     return true;
+}
+
+/// The toolkit forgets who connects while its server is being made. So the socket gets the name
+/// under which clients look for it when that is over.
+void ControlService::listen() {
+    const QString unfinished = m_socket + u".new"_s;
+    auto server = std::make_unique<QDBusServer>(socketAddress(unfinished));
+    connect(server.get(), &QDBusServer::newConnection, this,
+            [this](const QDBusConnection& connection) { serve(connection); });
+    if (!server->isConnected())
+        qCWarning(logApp).noquote() << "No control socket:" << server->lastError().message();
+    else if (std::rename(QFile::encodeName(unfinished).constData(),
+                         QFile::encodeName(m_socket).constData()) != 0)
+        qCWarning(logApp).noquote() << "No control socket:" << std::strerror(errno);
+    else
+        m_server = std::move(server);
 }
 
 void ControlService::serve(QDBusConnection connection) {

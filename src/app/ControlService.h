@@ -10,6 +10,9 @@
 
 namespace quillet {
 
+/// Where the running Quillet listens beside the bus.
+QString controlSocket(const QString& runtimeFolder);
+
 /// The door through which other processes reach the running Quillet: one object, on the session
 /// bus under the application's name and on a private socket in the runtime folder, so that verbs
 /// also work where there is no bus. Owned by the process's start; hands parsed commands to
@@ -27,6 +30,7 @@ public:
     VerbResult run(const QStringList& arguments);
 
 private:
+    void listen();
     void serve(QDBusConnection connection);
 
     QString m_socket;

@@ -10,9 +10,11 @@
 #include "app/StandardStreams.h"
 #include "app/VerbResult.h"
 
+#include <cstdlib>
 #include <QApplication>
 #include <QStandardPaths>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +29,13 @@ int fail(const QString& message) {
 
 QString dataFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quillet"_s;
+}
+
+AppDelegate* running = nullptr; // an exit handler reaches nothing but globals
+
+void terminate() {
+    if (AppDelegate* delegate = std::exchange(running, nullptr))
+        delegate->applicationWillTerminate();
 }
 
 int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const Backend& backend) {
@@ -54,8 +63,11 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
     if (verb == Verb::service)
         moveStandardErrorToLog(folder);
 
+    // The toolkit calls exit() when the display goes away.
+    running = &delegate;
+    std::atexit(terminate);
     const int code = QApplication::exec();
-    delegate.applicationWillTerminate();
+    terminate();
     return code;
 }
 

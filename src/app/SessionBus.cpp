@@ -15,10 +15,8 @@ std::optional<QDBusConnection> sessionBus() {
     return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
-QString controlSocketAddress(const QString& runtimeFolder) {
-    // Everything but the plain characters is escaped in bus addresses.
-    return u"unix:path="_s +
-           QString::fromLatin1((runtimeFolder + u"/control"_s).toUtf8().toPercentEncoding("/"));
+QString socketAddress(const QString& path) {
+    return u"unix:path="_s + QString::fromLatin1(path.toUtf8().toPercentEncoding("/"));
 }
 
 } // namespace quillet

@@ -8,7 +8,7 @@ namespace quillet {
 /// The session bus where there is one. Never starts a bus.
 std::optional<QDBusConnection> sessionBus();
 
-/// Where the running Quillet listens beside the bus.
-QString controlSocketAddress(const QString& runtimeFolder);
+/// The bus address of a socket at this path.
+QString socketAddress(const QString& path);
 
 } // namespace quillet

@@ -114,7 +114,7 @@ TEST_P(Process, whatAKilledProcessLeavesBehindIsNoObstacle) {
 TEST_P(Process, aVerbLeavesTheQuilletItStartedBehindOnItsOwn) {
     session.fillHistory({"kept"});
     // The pipe stays open for as long as anybody holds it.
-    const Outcome list = session.shell(u"\"$QUILLET\" clip list 2>&1 | cat"_s);
+    const Outcome list = session.shell(u"{ \"$QUILLET\" clip list 2>&1 7>&1; } | cat"_s);
     EXPECT_THAT(list.output.toStdString(), HasSubstr("kept"));
     const auto processes = session.processes();
     ASSERT_THAT(processes, SizeIs(1));
@@ -160,6 +160,29 @@ TEST_P(Process, verbsLeaveNothingOpenInTheProcess) {
         return open.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size() <=
                count.size();
     }));
+}
+
+TEST(ProcessOnADisplay, theEndOfTheDisplayIsAnEndLikeAnyOther) {
+    PrivateSession session(PrivateSession::Bus::absent);
+    QProcess server;
+    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s});
+    ASSERT_TRUE(server.waitForReadyRead());
+    const QString display = u":"_s + QString::fromUtf8(server.readLine().trimmed());
+    const Outcome list = session.shell(
+        u"DISPLAY=%1 QUILLET_PLATFORM= QT_QPA_PLATFORM=xcb \"$QUILLET\" clip list"_s.arg(display));
+    ASSERT_EQ(list.exitCode, 0) << list.error.toStdString();
+    const QString journal = session.dataFolder() + u"/clips.sqlite-wal"_s;
+    ASSERT_TRUE(QFile::exists(journal));
+    server.terminate();
+    ASSERT_TRUE(server.waitForFinished());
+    EXPECT_TRUE(eventually([&] { return !session.status()["running"_L1].toBool(); }));
+    EXPECT_FALSE(QFile::exists(journal));
+
+    const Outcome start =
+        session.shell(u"DISPLAY=%1 QUILLET_PLATFORM= \"$QUILLET\""_s.arg(display));
+    EXPECT_EQ(start.exitCode, 1);
+    EXPECT_EQ(start.error.toStdString(),
+              "quillet: The display \"" + display.toStdString() + "\" does not answer.\n");
 }
 
 TEST(ProcessOnTheBus, desktopsFindTheApplicationUnderItsName) {
