@@ -25,6 +25,9 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
 }
 
 void AppDelegate::applicationWillTerminate() {
+    if (!m_services)
+        return;
+    m_services->platform.pasteboard->handOver();
     m_services.reset();
 }
 

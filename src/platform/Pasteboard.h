@@ -69,6 +69,11 @@ public:
     /// count nor types(). False, with no effect, when somebody owns the pasteboard.
     virtual bool keep(PasteboardContents contents) = 0;
 
+    /// Leaves what we offer with whoever keeps the content of programs that end. Returns when it is
+    /// taken, at once where nobody keeps anything, after three seconds at the latest; the event
+    /// loop runs meanwhile.
+    virtual void handOver() = 0;
+
     /// Called when changeCount() has risen by another program's doing.
     std::function<void()> onChange;
 

@@ -73,6 +73,34 @@ struct X11PasteboardBackend : X11Backend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(X11, PasteboardContract, X11PasteboardBackend);
 
+TEST(X11ClipboardManager, whatAProgramLeavesWhenItEndsIsServedByteForByte) {
+    X11PasteboardBackend manager; // the first to come has the role
+    ASSERT_TRUE(manager.x11->isClipboardManager());
+    const QByteArray large(700'000, 'x');
+    {
+        X11PasteboardBackend leaving;
+        EXPECT_FALSE(leaving.x11->isClipboardManager());
+        ASSERT_TRUE(leaving.pasteboard().write(
+            {{PasteboardType::string, [large] { return large; }},
+             {PasteboardType::png, [] { return QByteArray("png bytes"); }}}));
+        leaving.pasteboard().handOver();
+    }
+    ASSERT_TRUE(
+        manager.waitFor([&] { return manager.pasteElsewhere(PasteboardType::string) == large; }));
+    EXPECT_EQ(manager.pasteElsewhere(PasteboardType::png), QByteArray("png bytes"));
+}
+
+TEST(X11ClipboardManager, confidentialContentIsNotKept) {
+    X11PasteboardBackend manager;
+    manager.pasteboard().mayOutliveOwner = [] { return false; };
+    {
+        X11PasteboardBackend leaving;
+        leaving.pasteboard().write({{PasteboardType::string, [] { return QByteArray("secret"); }}});
+        leaving.pasteboard().handOver();
+    }
+    EXPECT_EQ(manager.pasteElsewhere(PasteboardType::string), std::nullopt);
+}
+
 struct X11WorkspaceBackend : X11Backend {
     X11Workspace x11{*connection, DesktopEntries({})};
     std::map<QString, std::unique_ptr<FakeApplication>> applications;

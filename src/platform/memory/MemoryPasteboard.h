@@ -22,6 +22,7 @@ public:
     void read(const QString& type, qint64 maxBytes, Completion completion) override;
     bool write(PasteboardContents contents) override;
     bool keep(PasteboardContents contents) override;
+    void handOver() override { m_wasHandedOver = m_owner == Owner::us; }
 
     /// Another program copies these, in this order.
     void copyFrom(std::vector<Item> items);
@@ -51,6 +52,9 @@ public:
 
     bool isOwnedByUs() const { return m_owner == Owner::us; }
 
+    /// Whether our content outlives us.
+    bool wasHandedOver() const { return m_wasHandedOver; }
+
     /// Every type that read() was asked for, in order.
     const QStringList& typesRead() const { return m_typesRead; }
 
@@ -66,6 +70,7 @@ private:
     void cancelReads();
     PasteboardReading answer(const QString& type, qint64 maxBytes) const;
 
+    bool m_wasHandedOver = false;
     qint64 m_changeCount = 0;
     QStringList m_types;
     PasteboardContents m_contents;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <QEventLoop>
 #include <QLoggingCategory>
 #include <xcb/xfixes.h>
 
@@ -12,6 +13,7 @@ namespace {
 Q_LOGGING_CATEGORY(logPasteboard, "quillet.pasteboard", QtWarningMsg)
 
 constexpr Scheduler::Duration deadline{10'000};
+constexpr Scheduler::Duration handOverDeadline{3'000};
 constexpr qint64 largestTargetList = 256 * 1024;
 constexpr qint64 largestHint = 1024;
 const QByteArray passwordHint = "x-kde-passwordManagerHint";
@@ -73,6 +75,16 @@ bool X11Pasteboard::keep(PasteboardContents contents) {
         return false;
     m_awaitingOwnEvent = true;
     return true;
+}
+
+void X11Pasteboard::handOver() {
+    if (!m_owner.answers() || m_manager.isActive())
+        return;
+    QEventLoop untilTaken;
+    m_reader.read({m_connection.atom("CLIPBOARD_MANAGER"), m_connection.atom("SAVE_TARGETS"),
+                   XCB_CURRENT_TIME, 0, handOverDeadline},
+                  [&untilTaken](const X11Delivery&) { untilTaken.quit(); });
+    untilTaken.exec();
 }
 
 void X11Pasteboard::handle(const xcb_generic_event_t& event) {

@@ -22,6 +22,7 @@ public:
     void read(const QString& type, qint64 maxBytes, Completion completion) override;
     bool write(PasteboardContents contents) override;
     bool keep(PasteboardContents contents) override;
+    void handOver() override;
 
     /// Whether programs that quit can leave their content with us.
     bool isClipboardManager() const { return m_manager.isActive(); }

@@ -53,11 +53,15 @@ void X11SelectionReader::handleNotify(const xcb_selection_notify_event_t& event)
     if (event.requestor != m_window)
         return;
     const bool refused = event.property == XCB_ATOM_NONE;
-    const auto transfer = std::find_if(m_transfers.begin(), m_transfers.end(), [&](const auto& t) {
+    const auto isAnswered = [&](const Transfer& t) {
         return t.state == State::asked && t.request.selection == event.selection &&
-               t.request.target == event.target &&
-               (refused ? t.request.time == event.time : t.property == event.property);
+               t.request.target == event.target && (refused || t.property == event.property);
+    };
+    auto transfer = std::find_if(m_transfers.begin(), m_transfers.end(), [&](const Transfer& t) {
+        return isAnswered(t) && t.request.time == event.time;
     });
+    if (transfer == m_transfers.end()) // not every owner repeats the time
+        transfer = std::find_if(m_transfers.begin(), m_transfers.end(), isAnswered);
     if (transfer == m_transfers.end())
         return;
     if (refused) {
