@@ -4,16 +4,6 @@ namespace quillet {
 
 using namespace Qt::StringLiterals;
 
-ProcessHandle ClipboardDesktop::copy(const QByteArray& bytes, const QString& target) {
-    ProcessHandle owner = session().start(
-        u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-i"_s, u"-t"_s, target});
-    owner->write(bytes);
-    owner->closeWriteChannel();
-    while (owner->bytesToWrite() > 0 && owner->waitForBytesWritten(5'000)) {
-    }
-    return owner;
-}
-
 void ClipboardDesktop::letItBeNoticed() {
     const auto before = quillet.texts();
     eventually([&] { return quillet.texts() != before; }, std::chrono::milliseconds(700));

@@ -22,9 +22,10 @@ protected:
     static DesktopSession& session() { return *s_session; }
     static const QByteArray& display() { return s_session->display(); }
 
-    /// Copies with xclip and leaves it running, as a program does that one copies from.
-    ProcessHandle copy(const QByteArray& bytes,
-                       const QString& target = QStringLiteral("UTF8_STRING"));
+    static ProcessHandle copy(const QByteArray& bytes,
+                              const QString& target = QStringLiteral("UTF8_STRING")) {
+        return s_session->copy(bytes, target);
+    }
 
     /// Gives the last copy longer than it needs to be noticed; ends early when it is recorded.
     void letItBeNoticed();

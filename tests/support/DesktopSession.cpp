@@ -100,6 +100,16 @@ RunResult DesktopSession::run(const QString& program, const QStringList& argumen
             process->readAllStandardError()};
 }
 
+ProcessHandle DesktopSession::copy(const QByteArray& bytes, const QString& target) {
+    ProcessHandle owner =
+        start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-i"_s, u"-t"_s, target});
+    owner->write(bytes);
+    owner->closeWriteChannel();
+    while (owner->bytesToWrite() > 0 && owner->waitForBytesWritten(startDeadline)) {
+    }
+    return owner;
+}
+
 void DesktopSession::startServer() {
     m_services.push_back(
         start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1920x1080x24"_s,

@@ -47,6 +47,9 @@ public:
     RunResult run(const QString& program, const QStringList& arguments,
                   const QByteArray& input = {}, const QStringList& environment = {});
 
+    /// Copies with xclip, which then owns the clipboard, as the program that one copies from.
+    ProcessHandle copy(const QByteArray& bytes, const QString& target);
+
 private:
     void startServer();
     void startWindowManager();
