@@ -1,8 +1,6 @@
 #include "clipboard/ClipItem.h"
 #include "clipboard/Utf8.h"
 
-#include <QFileInfo>
-
 namespace quillet {
 
 using namespace Qt::StringLiterals;
@@ -61,7 +59,7 @@ QString ClipItem::searchText() const {
         parts.append(*m_fields.sourceAppName);
     QStringList fileNames;
     for (const QString& path : m_fields.filePaths)
-        fileNames.append(QFileInfo(path).fileName());
+        fileNames.append(path.section(u'/', -1));
     parts.append(fileNames.join(u' '));
     return parts.join(u' ');
 }

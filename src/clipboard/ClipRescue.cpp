@@ -120,6 +120,8 @@ bool startOver(const ClipFiles& files, Health health, const QDateTime& now) {
         return false;
 
     const QString kept = keptName(files, health, now);
+    // Before the fresh database is in place: the next launch would sweep them away.
+    keepUnknownBlobs(files, rows, kept + u"-blobs"_s);
     // The log goes first: were it left behind, it would be taken for that of the new database.
     if (QFileInfo(files.database() + logSuffix).size() > 0 &&
         !QFile::rename(files.database() + logSuffix, kept + u".sqlite"_s + logSuffix))
@@ -131,7 +133,6 @@ bool startOver(const ClipFiles& files, Health health, const QDateTime& now) {
         return false;
     if (!QFile::rename(files.rescued(), files.database()))
         return false;
-    keepUnknownBlobs(files, rows, kept + u"-blobs"_s);
     qCWarning(logClipboard) << "The clipboard history could not be used. It is kept as"
                             << kept + u".sqlite"_s << "and" << rows.size()
                             << "items of it were carried over.";
