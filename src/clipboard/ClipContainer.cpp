@@ -58,7 +58,7 @@ ClipContainer::Opening ClipContainer::open(const QString& folder, Scheduler& sch
     if (health == Health::unavailable)
         return {nullptr, problem};
     if (health != Health::healthy && !ClipRescue::startOver(files, health, scheduler.now()))
-        return {nullptr, systemError(folder)};
+        return {nullptr, u"%1: The damaged history could not be moved aside."_s.arg(folder)};
 
     if (problem = makeDatabaseFile(files.database()); !problem.isEmpty())
         return {nullptr, problem};

@@ -22,6 +22,24 @@ bool isLong(const QString& text) {
             text.toUtf8().size() > ClipTable::longestTextInRow);
 }
 
+std::optional<QString> unlessEmpty(const QString& string) {
+    return string.isEmpty() ? std::nullopt : std::optional(string);
+}
+
+/// A new item for what was captured, still without its content and date.
+ClipItem::Fields newItem(const Captured& captured, const QString& bundleID,
+                         const QString& appName) {
+    ClipItem::Fields fields;
+    fields.id = QUuid::createUuid();
+    fields.kindRaw = ClipItem::rawValue(captured.kind);
+    fields.filePaths = captured.filePaths;
+    fields.sourceBundleID = unlessEmpty(bundleID);
+    fields.sourceAppName = unlessEmpty(appName);
+    fields.isPinned = false;
+    fields.contentHash = captured.hash;
+    return fields;
+}
+
 } // namespace
 
 const std::set<QString>& ClipboardStore::privateTypes() {
@@ -98,17 +116,8 @@ void ClipboardStore::insert(Captured captured, const QString& bundleID, const QS
         recorded(item);
         return;
     }
-    const auto unlessEmpty = [](const QString& string) {
-        return string.isEmpty() ? std::nullopt : std::optional(string);
-    };
-    ClipItem::Fields fields;
-    fields.id = QUuid::createUuid();
-    fields.kindRaw = ClipItem::rawValue(captured.kind);
-    fields.filePaths = std::move(captured.filePaths);
-    fields.sourceBundleID = unlessEmpty(bundleID);
-    fields.sourceAppName = unlessEmpty(appName);
+    ClipItem::Fields fields = newItem(captured, bundleID, appName);
     fields.createdAt = m_capture->date;
-    fields.contentHash = std::move(captured.hash);
     if (captured.imageData) {
         const QString path = m_context.imagePath(fields.id);
         stage(std::move(fields), &ClipItem::Fields::imageData, path,

@@ -24,7 +24,6 @@ void WalCheckpointer::run() {
     m_scheduler.background(
         [path = m_databasePath] {
             SqliteConnection connection(path, SqliteConnection::Access::readWrite);
-            connection.run(u"PRAGMA secure_delete = ON"_s);
             // The first waits for the disk without holding up anyone who writes; little is left to
             // do for the second, which does. What fails now is done the next time.
             connection.value(u"PRAGMA wal_checkpoint(PASSIVE)"_s);
