@@ -39,8 +39,10 @@ int Client::run(const Command& command, const QStringList& arguments) {
     if (!door)
         return reportAbsence(command);
     const int code = forward(*door, arguments);
-    if (command.verb == Verb::quit)
-        awaitEnd(*door);
+    if (command.verb == Verb::quit && !awaitEnd(*door)) {
+        printError(u"Quillet is taking its time to end"_s);
+        return int(ExitCode::failed);
+    }
     return code;
 }
 
@@ -97,14 +99,14 @@ int Client::forward(const Door& door, const QStringList& arguments) {
 }
 
 /// Until nothing of the process is left that could stand in the way of a new one.
-void Client::awaitEnd(const Door& door) const {
+bool Client::awaitEnd(const Door& door) const {
     for (QDeadlineTimer deadline(endDeadline); !deadline.hasExpired(); sleep()) {
         const bool named = !door.service.isEmpty() &&
                            door.connection.interface()->isServiceRegistered(door.service).value();
         if (!named && !m_lock.isHeldElsewhere())
-            return;
+            return true;
     }
-    printError(u"Quillet is taking its time to end"_s);
+    return false;
 }
 
 int Client::reportAbsence(const Command& command) {

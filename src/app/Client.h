@@ -30,7 +30,7 @@ private:
 
     std::optional<Door> reach(WhenAbsent whenAbsent) const;
     std::optional<Door> knock() const;
-    void awaitEnd(const Door& door) const;
+    bool awaitEnd(const Door& door) const;
 
     static int forward(const Door& door, const QStringList& arguments);
     static int reportAbsence(const Command& command);

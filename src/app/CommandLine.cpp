@@ -198,12 +198,15 @@ std::variant<Command, UsageError> parseCommandLine(const QStringList& arguments)
 }
 
 QString helpText(const QString& topic) {
-    QString text = topic.isEmpty() ? u"Quillet keeps the history of your clipboard.\n\n"
-                                     "  quillet                           start, and stay\n"_s
-                                   : QString();
+    const QString line = u"  quillet %1%2\n"_s;
+    constexpr int column = -34;
+    QString text;
+    if (topic.isEmpty())
+        text = u"Quillet keeps the history of your clipboard.\n\n"_s +
+               line.arg(QString(), column).arg(u"start, and stay"_s);
     for (const Row& row : rows()) {
         if (!row.help.isEmpty() && (topic.isEmpty() || row.words.first() == topic))
-            text += u"  quillet %1%2\n"_s.arg(row.synopsis, -34).arg(row.help);
+            text += line.arg(row.synopsis, column).arg(row.help);
     }
     return text +
            u"\nN counts from 1, newest first; ID is the id that \"clip list --json\" shows.\n"

@@ -58,8 +58,10 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
     if (const auto* reason = std::get_if<QString>(&platform))
         return fail(*reason);
     if (const auto error = delegate.applicationDidFinishLaunching(
-            std::move(std::get<Platform>(platform)), dataFolder()))
-        return fail(*error);
+            std::move(std::get<Platform>(platform)), dataFolder())) {
+        printPlainError(*error);
+        return int(ExitCode::failed);
+    }
     if (verb == Verb::service)
         moveStandardErrorToLog(folder);
 

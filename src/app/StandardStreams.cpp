@@ -34,7 +34,11 @@ bool writeOutput(const char* bytes, size_t count) {
 } // namespace
 
 void printError(const QString& line) {
-    std::fprintf(stderr, "quillet: %s\n", line.toLocal8Bit().constData());
+    printPlainError(u"quillet: "_s + line);
+}
+
+void printPlainError(const QString& line) {
+    std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
 }
 
 bool printOutput(const QByteArray& bytes) {

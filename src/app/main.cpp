@@ -47,10 +47,16 @@ QString preferencesFile() {
 Backend backend() {
     if (qEnvironmentVariable("QUILLET_PLATFORM") == u"memory"_s)
         return {[] { return std::optional<QString>(); }, makeMemoryPlatform};
-    // In a Wayland session, too, the windows belong where the clipboard is.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    // In a Wayland session, too, the windows belong where the clipboard is. Programs that are
+    // started from here are to decide for themselves.
+    const bool decide = !qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (decide)
         qputenv("QT_QPA_PLATFORM", "xcb");
-    return {whyNoDisplay, [] { return makeLinuxPlatform(preferencesFile()); }};
+    return {whyNoDisplay, [decide] {
+                if (decide)
+                    qunsetenv("QT_QPA_PLATFORM");
+                return makeLinuxPlatform(preferencesFile());
+            }};
 }
 
 int runVerb(const Command& command, const QStringList& arguments, int& argc, char** argv) {

@@ -31,6 +31,8 @@ Outcome finish(QProcess& process) {
 PrivateSession::PrivateSession(Bus bus) {
     for (const QString& name : {u"run"_s, u"data"_s, u"config"_s})
         QDir(m_folder.path()).mkdir(name);
+    QFile::setPermissions(m_folder.path() + u"/run"_s,
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     if (bus == Bus::absent)
         return;
     m_bus.start(u"dbus-daemon"_s,
