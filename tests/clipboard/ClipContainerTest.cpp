@@ -102,6 +102,7 @@ TEST_F(ClipContainerTest, anItemStaysWhenItsPayloadIsMissingOrCutShort) {
     for (const QFileInfo& file : QDir(files.blobs()).entryInfoList(QDir::Files))
         QFile::resize(file.filePath(), 10);
     EXPECT_FALSE(world.newest()->imageData());
+    EXPECT_FALSE(world.newest()->imageSource());
     for (const QFileInfo& file : QDir(files.blobs()).entryInfoList(QDir::Files))
         QFile::remove(file.filePath());
     world.relaunch();

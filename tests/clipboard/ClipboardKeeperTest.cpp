@@ -53,11 +53,11 @@ TEST_F(ClipboardKeeperTest, whatWasNotRecordedIsNotKept) {
 
 TEST_F(ClipboardKeeperTest, aClipStillOnItsWayIntoTheHistoryIsKeptOnceItIsThere) {
     const QString large(300'000, u'x');
-    world.pasteboard.copyText(large);
-    world.scheduler.advance(1ms);
-    while (world.pasteboard.typesRead().isEmpty())
-        world.scheduler.advance(50ms);
+    world.scheduler.holdBackground();
+    world.copy(large);
     world.pasteboard.ownerQuits();
+    EXPECT_FALSE(world.pasteboard.isOwnedByUs());
+    world.scheduler.releaseBackground();
     world.letPoll();
     EXPECT_TRUE(world.pasteboard.isOwnedByUs());
     EXPECT_EQ(world.pasteboard.text(), large);

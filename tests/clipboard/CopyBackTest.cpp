@@ -48,6 +48,17 @@ TEST_F(CopyBackTest, anItemReturnsToTheTopWithoutBeingRecordedAnewOrASound) {
     EXPECT_EQ(world.texts(), QStringList({u"back"_s, u"something else"_s}));
 }
 
+TEST_F(CopyBackTest, anItemUsedWhileALargeCopyIsWorkedOnStaysAboveIt) {
+    const auto item = record(PasteboardType::string, "back");
+    world.scheduler.holdBackground();
+    world.copy(QString(300'000, u'x'));
+    world.store->copyToPasteboard(item, false);
+    world.scheduler.releaseBackground();
+    world.letPoll();
+    EXPECT_EQ(world.newest(), item);
+    EXPECT_EQ(world.store->items().size(), 3u);
+}
+
 TEST_F(CopyBackTest, linksOfferTheirAddressToo) {
     const auto item = record(PasteboardType::string, "https://example.com/ü x\n");
     EXPECT_EQ(item->kind(), ClipItem::Kind::text);

@@ -163,12 +163,23 @@ TEST_F(RecordingTest, copiesAreRecordedInOrderWhileALargeOneIsWorkedOn) {
     EXPECT_EQ(world.texts(), QStringList(large));
     EXPECT_EQ(world.newest()->contentHash(), contentHash(large.toUtf8()));
 
-    // While it is digested, the next change waits for the tick after.
-    world.pasteboard.copyText(large + u'y');
-    world.scheduler.advance(400ms);
-    world.pasteboard.copyText(u"small"_s);
+    world.scheduler.holdBackground();
+    world.copy(large + u'y');
+    world.copy(u"small"_s);
+    EXPECT_EQ(world.store->items().size(), 1u);
+    world.scheduler.releaseBackground();
     world.letPoll();
     EXPECT_EQ(world.texts(), QStringList({u"small"_s, large + u'y', large}));
+}
+
+TEST_F(RecordingTest, aKindTriedLateIsNotTakenFromANewerCopy) {
+    world.scheduler.holdBackground();
+    world.copy({{tiff, QByteArray(100'000, 'x')}, {string, "old"}});
+    world.copy({{u"com.agilebits.onepassword"_s, "1"}, {string, "secret"}});
+    world.scheduler.releaseBackground();
+    world.letPoll();
+    EXPECT_TRUE(world.store->items().empty());
+    EXPECT_EQ(world.pasteboard.typesRead(), QStringList(tiff));
 }
 
 TEST_F(RecordingTest, thePollSleepsWhileNothingChangesAndKeepsItsGrid) {

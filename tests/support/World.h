@@ -13,6 +13,29 @@
 
 namespace quillet {
 
+/// Can keep background work waiting, as a busy machine does.
+class BusyScheduler : public MemoryScheduler {
+public:
+    void background(Task work, Task done) override {
+        if (m_isBusy)
+            m_waiting.emplace_back(std::move(work), std::move(done));
+        else
+            MemoryScheduler::background(std::move(work), std::move(done));
+    }
+
+    void holdBackground() { m_isBusy = true; }
+
+    void releaseBackground() {
+        m_isBusy = false;
+        for (auto& [work, done] : std::exchange(m_waiting, {}))
+            MemoryScheduler::background(std::move(work), std::move(done));
+    }
+
+private:
+    bool m_isBusy = false;
+    std::vector<std::pair<Task, Task>> m_waiting;
+};
+
 /// A desktop in memory with the clipboard history at work on it, stored in a temporary folder.
 class World {
 public:
@@ -66,7 +89,7 @@ public:
 
     QString dataFolder() const { return m_folder.filePath(QStringLiteral("data")); }
 
-    MemoryScheduler scheduler;
+    BusyScheduler scheduler;
     MemoryPreferences preferences;
     MemoryPasteboard pasteboard;
     MemoryWorkspace workspace;
