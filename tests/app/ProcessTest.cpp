@@ -148,7 +148,7 @@ TEST_P(Process, aHistoryThatCannotBeOpenedStopsTheStartWithAReason) {
     const Outcome verb = session.run({u"clip"_s, u"list"_s});
     EXPECT_EQ(verb.exitCode, 1);
     EXPECT_THAT(verb.error.toStdString(), HasSubstr("Failed to create model container: "));
-    EXPECT_TRUE(eventually([&] { return session.processes().isEmpty(); }));
+    EXPECT_TRUE(eventually([&] { return session.processes().empty(); }));
 }
 
 TEST_P(Process, verbsLeaveNothingOpenInTheProcess) {
