@@ -20,11 +20,13 @@ struct ServingDesktop : ClipboardDesktop {
         ASSERT_TRUE(quillet.start());
     }
 
-    /// Has the content recorded by a copy whose owner is gone afterwards.
+    /// Has the content recorded by a copy whose owner is gone afterwards, and its place taken.
     void record(const QByteArray& bytes, const QString& target) {
         const auto before = quillet.clips().size();
-        const auto owner = copy(bytes, target);
+        auto owner = copy(bytes, target);
         ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
+        owner.reset();
+        ASSERT_TRUE(eventually([&] { return !targets().empty(); }));
     }
 
     Content paste(const QByteArray& target) { return FakeRequestor(display()).read(target); }

@@ -26,11 +26,17 @@ void FakeOwner::die() {
         m_thread.join();
 }
 
-void FakeOwner::own(std::vector<Offer> offers) {
-    perform([this, &offers] {
+void FakeOwner::own(std::vector<Offer> offers, xcb_timestamp_t since) {
+    perform([this, &offers, since] {
         m_offers = std::move(offers);
-        takeClipboard();
+        takeClipboard(since);
     });
+}
+
+xcb_timestamp_t FakeOwner::now() {
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
+    perform([this, &time] { time = m_client->serverTime(); });
+    return time;
 }
 
 void FakeOwner::takeBack(int times) {
@@ -115,8 +121,8 @@ void FakeOwner::serve(const QByteArray& display, std::promise<bool>& connected) 
     }
 }
 
-void FakeOwner::takeClipboard() {
-    m_ownedSince = m_client->serverTime();
+void FakeOwner::takeClipboard(xcb_timestamp_t since) {
+    m_ownedSince = since == XCB_CURRENT_TIME ? m_client->serverTime() : since;
     const xcb_atom_t clipboard = m_client->atom("CLIPBOARD");
     xcb_set_selection_owner(m_client->connection(), m_client->window(), clipboard, m_ownedSince);
     m_client->selectionOwner(clipboard);
@@ -130,7 +136,7 @@ void FakeOwner::handle(const xcb_generic_event_t& event) {
     case XCB_SELECTION_CLEAR:
         if (m_timesToTakeBack > 0) {
             --m_timesToTakeBack;
-            takeClipboard();
+            takeClipboard(XCB_CURRENT_TIME);
         }
         break;
     case XCB_SELECTION_NOTIFY:

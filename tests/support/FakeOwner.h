@@ -35,8 +35,10 @@ public:
     explicit FakeOwner(const QByteArray& display);
     ~FakeOwner();
 
-    /// Takes the clipboard. Returns when the server has made it the owner.
-    void own(std::vector<Offer> offers);
+    /// Takes the clipboard as of now or of an earlier time. Returns when the server has decided:
+    /// it refuses a time before that of the last owner.
+    void own(std::vector<Offer> offers, xcb_timestamp_t since = XCB_CURRENT_TIME);
+    xcb_timestamp_t now();
 
     /// From now on takes the clipboard back whenever it loses it, at most this many times.
     void takeBack(int times);
@@ -66,7 +68,7 @@ private:
 
     void serve(const QByteArray& display, std::promise<bool>& connected);
     void perform(std::function<void()> command);
-    void takeClipboard();
+    void takeClipboard(xcb_timestamp_t since);
     void handle(const xcb_generic_event_t& event);
     void answer(const xcb_selection_request_event_t& request);
     bool deliver(const Offer& offer, const xcb_selection_request_event_t& request,
