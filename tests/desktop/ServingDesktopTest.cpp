@@ -184,6 +184,20 @@ TEST_F(ServingDesktop, theClipboardIsNotTakenFromALivingOwnerNorForAnotherConten
     EXPECT_THAT(targets(), IsEmpty());
 }
 
+TEST_F(ServingDesktop, aCopyUnderWayWhenAnOwnerDiesIsNotLost) {
+    auto first = std::make_unique<FakeOwner>(display());
+    first->own(textOffers("first"));
+    historyOnceNewestIs("first");
+    // A program copies as of the key press, however long it takes to come round to it.
+    FakeOwner second(display());
+    const xcb_timestamp_t keyPress = second.now();
+    first.reset();
+    ASSERT_TRUE(eventually([&] { return paste("UTF8_STRING") == "first"; }));
+    second.own(textOffers("second"), keyPress);
+    EXPECT_TRUE(second.ownsClipboard());
+    EXPECT_EQ(historyOnceNewestIs("second").front(), "second");
+}
+
 TEST_F(ServingDesktop, aProgramThatQuitsHandsItsContentOver) {
     const QByteArray html = "<b>bold</b>";
     for (const std::vector<QByteArray>& list :

@@ -71,7 +71,7 @@ bool X11Pasteboard::write(PasteboardContents contents) {
 }
 
 bool X11Pasteboard::keep(PasteboardContents contents) {
-    if (!m_owner.takeIfFree(X11Targets::answers(contents)))
+    if (!m_owner.takeIfFree(X11Targets::answers(contents), m_ownedSince))
         return false;
     m_awaitingOwnEvent = true;
     return true;
@@ -122,7 +122,7 @@ void X11Pasteboard::ownerGone() {
     m_reader.endAll(m_clipboard, Outcome::absent, X11SelectionReader::Owner::gone);
     X11SelectionOwner::Answers saved = m_manager.takeSaved();
     if (!saved.empty())
-        m_awaitingOwnEvent = m_owner.takeIfFree(std::move(saved));
+        m_awaitingOwnEvent = m_owner.takeIfFree(std::move(saved), m_ownedSince);
     else if (onOwnerGone)
         onOwnerGone();
     m_readings = interrupted;

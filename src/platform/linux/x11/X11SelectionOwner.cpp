@@ -44,14 +44,14 @@ bool X11SelectionOwner::take(Answers answers) {
     return owner && owner->owner == m_window;
 }
 
-bool X11SelectionOwner::takeIfFree(Answers answers) {
+bool X11SelectionOwner::takeIfFree(Answers answers, xcb_timestamp_t since) {
     xcb_connection_t* xcb = m_connection.xcb();
     xcb_grab_server(xcb); // nobody can take it between the look and the taking
     const XcbOwned<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, m_selection), nullptr));
     const bool isFree = owner && owner->owner == XCB_WINDOW_NONE;
     if (isFree)
-        xcb_set_selection_owner(xcb, m_window, m_selection, XCB_CURRENT_TIME);
+        xcb_set_selection_owner(xcb, m_window, m_selection, since);
     xcb_ungrab_server(xcb);
     m_connection.flush();
     if (isFree)

@@ -26,8 +26,9 @@ public:
     /// Takes the selection from whoever has it. False when somebody else has it right after.
     bool take(Answers answers);
 
-    /// Takes the selection unless somebody owns it.
-    bool takeIfFree(Answers answers);
+    /// Takes the selection unless somebody owns it, as of an earlier time: a copy that another
+    /// program began after that still wins over ours.
+    bool takeIfFree(Answers answers, xcb_timestamp_t since);
 
     /// Stops answering: somebody else has the selection. (The driver tells, because it can tell an
     /// old loss from one that concerns the latest ownership.)
