@@ -40,13 +40,13 @@ std::optional<Captured> Captured::fromUriList(const QByteArray& bytes) {
     if (paths.isEmpty())
         return std::nullopt;
     QString hash = contentHash(paths.join(u'\n').toUtf8());
-    return Captured{ClipItem::Kind::file, {}, {}, std::move(paths), std::move(hash)};
+    return Captured{ClipItem::Kind::file, {}, {}, {}, std::move(paths), std::move(hash)};
 }
 
 std::optional<Captured> Captured::fromPng(const QByteArray& bytes) {
     if (bytes.isEmpty())
         return std::nullopt;
-    return Captured{ClipItem::Kind::image, {}, bytes, {}, contentHash(bytes)};
+    return Captured{ClipItem::Kind::image, {}, {}, bytes, {}, contentHash(bytes)};
 }
 
 std::optional<Captured> Captured::fromTiff(const QByteArray& bytes) {
@@ -59,9 +59,10 @@ std::optional<Captured> Captured::fromText(const QByteArray& bytes) {
     if (QStringView(text).trimmed().isEmpty())
         return std::nullopt;
     const ClipItem::Kind kind = classify(text);
-    // Where a replacement character tells of invalid bytes, the text is no longer what came.
-    QString hash = contentHash(text.contains(QChar::ReplacementCharacter) ? text.toUtf8() : bytes);
-    return Captured{kind, std::move(text), {}, {}, std::move(hash)};
+    // Where there were invalid bytes, the text is no longer what came.
+    QByteArray utf8 = QByteArrayView(bytes).isValidUtf8() ? bytes : text.toUtf8();
+    QString hash = contentHash(utf8);
+    return Captured{kind, std::move(text), std::move(utf8), {}, {}, std::move(hash)};
 }
 
 ClipItem::Kind classify(QStringView text) {

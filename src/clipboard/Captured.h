@@ -8,6 +8,7 @@ namespace quillet {
 struct Captured {
     ClipItem::Kind kind = ClipItem::Kind::text;
     std::optional<QString> text;
+    QByteArray utf8; ///< the same text encoded
     std::optional<QByteArray> imageData;
     QStringList filePaths;
     QString hash;

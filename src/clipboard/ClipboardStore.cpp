@@ -14,14 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Whether a text is stored in a file of its own.
-bool isLong(const QString& text) {
-    // One to three bytes for each code unit, so most texts are told by their length.
-    return text.size() > ClipTable::longestTextInRow ||
-           (text.size() * 3 > ClipTable::longestTextInRow &&
-            text.toUtf8().size() > ClipTable::longestTextInRow);
-}
-
 std::optional<QString> unlessEmpty(const QString& string) {
     return string.isEmpty() ? std::nullopt : std::optional(string);
 }
@@ -121,11 +113,10 @@ void ClipboardStore::insert(Captured captured, const QString& bundleID, const QS
     if (captured.imageData) {
         const QString path = m_context.imagePath(fields.id);
         stage(std::move(fields), &ClipItem::Fields::imageData, path,
-              [bytes = *std::move(captured.imageData)] { return bytes; });
-    } else if (captured.text && isLong(*captured.text)) {
+              *std::move(captured.imageData));
+    } else if (captured.utf8.size() > ClipTable::longestTextInRow) {
         const QString path = m_context.longTextPath(fields.id);
-        stage(std::move(fields), &ClipItem::Fields::longText, path,
-              [text = *std::move(captured.text)] { return text.toUtf8(); });
+        stage(std::move(fields), &ClipItem::Fields::longText, path, captured.utf8);
     } else {
         fields.text = std::move(captured.text);
         add(std::move(fields));
@@ -134,14 +125,10 @@ void ClipboardStore::insert(Captured captured, const QString& bundleID, const QS
 
 /// Writes a new item's payload in the background, since that waits for the disk, then adds it.
 void ClipboardStore::stage(ClipItem::Fields fields, PayloadField field, const QString& path,
-                           std::function<QByteArray()> bytes) {
-    const auto payload = std::make_shared<ClipPayload>(QByteArray());
+                           QByteArray bytes) {
+    const auto payload = std::make_shared<ClipPayload>(std::move(bytes));
     m_scheduler.background(
-        [=, bytes = std::move(bytes)]() mutable {
-            *payload = ClipPayload(bytes());
-            bytes = nullptr;
-            payload->store(path); // where it fails the bytes stay, and saving tries again
-        },
+        [=] { payload->store(path); }, // where it fails the bytes stay, and saving tries again
         m_alive([=, this, fields = std::move(fields)]() mutable {
             fields.*field = std::move(*payload);
             add(std::move(fields));

@@ -61,8 +61,7 @@ private:
     void poll();
     void readPasteboard();
     void insert(Captured captured, const QString& bundleID, const QString& appName);
-    void stage(ClipItem::Fields fields, PayloadField field, const QString& path,
-               std::function<QByteArray()> bytes);
+    void stage(ClipItem::Fields fields, PayloadField field, const QString& path, QByteArray bytes);
     void add(ClipItem::Fields fields);
     void recorded(const std::shared_ptr<ClipItem>& item);
     void prune();
