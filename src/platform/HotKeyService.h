@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace quillet {
+
+/// Keyboard shortcuts that work whichever program has the keyboard.
+class HotKeyService {
+public:
+    /// A shortcut in force. Destroying it withdraws it.
+    class Registration {
+    public:
+        virtual ~Registration() = default;
+    };
+
+    virtual ~HotKeyService() = default;
+
+    /// Registers a virtual key code with a modifier mask (command 0x100, shift 0x200, option 0x800,
+    /// control 0x1000). Null when another program has the combination or the keyboard has no such
+    /// key. It stays in force when the keyboard layout changes.
+    [[nodiscard]] virtual std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers,
+                                                            uint32_t id) = 0;
+
+    /// Called from the event loop with a registration's id at the first press of its key, not at
+    /// its repeats.
+    std::function<void(uint32_t id)> onPressed;
+};
+
+} // namespace quillet
