@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/Access.h"
 #include "platform/Commands.h"
+#include "platform/HotKeyService.h"
+#include "platform/KeySynthesis.h"
+#include "platform/Panels.h"
 #include "platform/Pasteboard.h"
 #include "platform/Preferences.h"
 #include "platform/Scheduler.h"
@@ -32,6 +36,10 @@ struct Platform {
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Access> access;
+    std::unique_ptr<HotKeyService> hotKeys;
+    std::unique_ptr<Panels> panels;
+    std::unique_ptr<KeySynthesis> keys;
 
     /// What works here at this moment and what does not.
     std::function<std::vector<Capability>()> capabilities;

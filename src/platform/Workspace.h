@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <QImage>
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -29,6 +30,13 @@ public:
 
     /// The name of an installed application by its identifier, in the user's language.
     virtual std::optional<QString> applicationName(const QString& bundleID) const = 0;
+
+    /// The file of an installed application by its identifier.
+    virtual std::optional<QString> applicationLocation(const QString& bundleID) const = 0;
+
+    /// The icon of a file, an application's among them, at most `pixels` wide and high. A null
+    /// image where there is none.
+    virtual QImage icon(const QString& path, int pixels) const = 0;
 
     /// Opens a URL with the user's program for it. False when it could not be handed over.
     virtual bool open(const QUrl& url) = 0;

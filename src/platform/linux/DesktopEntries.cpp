@@ -101,6 +101,10 @@ QStringList DesktopEntries::standardFolders() {
     return folders;
 }
 
+QString DesktopEntries::iconOf(const QString& path) {
+    return readEntry(path).value(u"Icon"_s);
+}
+
 std::optional<DesktopEntries::Entry> DesktopEntries::byId(const QString& id) {
     refresh();
     const auto entry = std::find_if(m_entries.cbegin(), m_entries.cend(),

@@ -27,6 +27,9 @@ public:
     /// The folders that the environment names, flatpak's among them.
     static QStringList standardFolders();
 
+    /// What a desktop file names as its icon: a name in the icon theme or a path.
+    static QString iconOf(const QString& path);
+
     std::optional<Entry> byId(const QString& id);
 
     /// The application of a window by the two halves of its WM_CLASS: an entry of that id, one

@@ -14,6 +14,10 @@ Platform makeMemoryPlatform() {
     platform.screens = std::make_unique<MemoryScreens>();
     platform.workspace = std::make_unique<MemoryWorkspace>();
     platform.pasteboard = std::make_unique<MemoryPasteboard>();
+    platform.access = std::make_unique<MemoryAccess>();
+    platform.hotKeys = std::make_unique<MemoryHotKeys>(*platform.scheduler);
+    platform.panels = std::make_unique<MemoryPanels>();
+    platform.keys = std::make_unique<MemoryKeySynthesis>();
     platform.capabilities = [] { return std::vector<Capability>(); };
     return platform;
 }
@@ -25,6 +29,10 @@ MemoryFakes::MemoryFakes(const Platform& platform)
       sounds(static_cast<MemorySoundPlayer&>(*platform.sounds)),
       screens(static_cast<MemoryScreens&>(*platform.screens)),
       workspace(static_cast<MemoryWorkspace&>(*platform.workspace)),
-      pasteboard(static_cast<MemoryPasteboard&>(*platform.pasteboard)) {}
+      pasteboard(static_cast<MemoryPasteboard&>(*platform.pasteboard)),
+      access(static_cast<MemoryAccess&>(*platform.access)),
+      hotKeys(static_cast<MemoryHotKeys&>(*platform.hotKeys)),
+      panels(static_cast<MemoryPanels&>(*platform.panels)),
+      keys(static_cast<MemoryKeySynthesis&>(*platform.keys)) {}
 
 } // namespace quillet

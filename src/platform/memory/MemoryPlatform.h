@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryHotKeys.h"
+#include "platform/memory/MemoryKeySynthesis.h"
+#include "platform/memory/MemoryPanels.h"
 #include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryPreferences.h"
 #include "platform/memory/MemoryScheduler.h"
@@ -25,6 +29,10 @@ struct MemoryFakes {
     MemoryScreens& screens;
     MemoryWorkspace& workspace;
     MemoryPasteboard& pasteboard;
+    MemoryAccess& access;
+    MemoryHotKeys& hotKeys;
+    MemoryPanels& panels;
+    MemoryKeySynthesis& keys;
 };
 
 } // namespace quillet

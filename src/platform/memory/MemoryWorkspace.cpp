@@ -19,6 +19,21 @@ std::optional<QString> MemoryWorkspace::applicationName(const QString& bundleID)
     return application->second;
 }
 
+std::optional<QString> MemoryWorkspace::applicationLocation(const QString& bundleID) const {
+    return installed.contains(bundleID) ? std::optional(locationOf(bundleID)) : std::nullopt;
+}
+
+QImage MemoryWorkspace::icon(const QString& path, int pixels) const {
+    const auto icon = icons.find(path);
+    if (icon == icons.end() || std::max(icon->second.width(), icon->second.height()) <= pixels)
+        return icon == icons.end() ? QImage() : icon->second;
+    return icon->second.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+QString MemoryWorkspace::locationOf(const QString& bundleID) {
+    return QStringLiteral("/applications/") + bundleID;
+}
+
 bool MemoryWorkspace::open(const QUrl& url) {
     if (!canOpen)
         return false;

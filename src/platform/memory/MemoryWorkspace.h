@@ -13,6 +13,8 @@ public:
     std::optional<RunningApplication> frontmost() const override { return m_frontmost; }
     bool activate(const RunningApplication& application) override;
     std::optional<QString> applicationName(const QString& bundleID) const override;
+    std::optional<QString> applicationLocation(const QString& bundleID) const override;
+    QImage icon(const QString& path, int pixels) const override;
     bool open(const QUrl& url) override;
     void reveal(const QStringList& paths) override { revealed += paths; }
 
@@ -24,6 +26,11 @@ public:
 
     /// Installed applications: identifier and name.
     std::map<QString, QString> installed;
+
+    /// Icons by the paths of their files; an application's is at locationOf() its identifier.
+    std::map<QString, QImage> icons;
+    static QString locationOf(const QString& bundleID);
+
     bool canOpen = true;
 
     std::vector<RunningApplication> activated;

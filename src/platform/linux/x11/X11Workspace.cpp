@@ -6,6 +6,8 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
+#include <QIcon>
+#include <QMimeDatabase>
 #include <xcb/res.h>
 
 namespace quillet {
@@ -20,6 +22,24 @@ QString programName(qint64 pid) {
     if (pid <= 0 || !file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromLocal8Bit(file.readAll()).trimmed();
+}
+
+QIcon applicationIcon(const QString& desktopFile) {
+    QString name = DesktopEntries::iconOf(desktopFile);
+    if (QFileInfo(name).isAbsolute())
+        return QIcon(name);
+    // A theme's names have no suffix, but some desktop files write one.
+    static constexpr QLatin1StringView suffixes[] = {".png"_L1, ".svg"_L1, ".xpm"_L1};
+    for (const QLatin1StringView suffix : suffixes) {
+        if (name.endsWith(suffix))
+            name.chop(suffix.size());
+    }
+    return QIcon::fromTheme(name);
+}
+
+QIcon documentIcon(const QString& path) {
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(path);
+    return QIcon::fromTheme(type.iconName(), QIcon::fromTheme(type.genericIconName()));
 }
 
 } // namespace
@@ -72,6 +92,16 @@ bool X11Workspace::activate(const RunningApplication& wanted) {
 std::optional<QString> X11Workspace::applicationName(const QString& bundleID) const {
     const auto entry = m_entries.byId(bundleID);
     return entry ? std::optional(entry->name) : std::nullopt;
+}
+
+std::optional<QString> X11Workspace::applicationLocation(const QString& bundleID) const {
+    const auto entry = m_entries.byId(bundleID);
+    return entry ? std::optional(entry->path) : std::nullopt;
+}
+
+QImage X11Workspace::icon(const QString& path, int pixels) const {
+    const QIcon icon = path.endsWith(".desktop"_L1) ? applicationIcon(path) : documentIcon(path);
+    return icon.pixmap(QSize(pixels, pixels), 1.0).toImage();
 }
 
 bool X11Workspace::open(const QUrl& url) {

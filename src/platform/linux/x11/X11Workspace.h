@@ -15,6 +15,8 @@ public:
     std::optional<RunningApplication> frontmost() const override;
     bool activate(const RunningApplication& application) override;
     std::optional<QString> applicationName(const QString& bundleID) const override;
+    std::optional<QString> applicationLocation(const QString& bundleID) const override;
+    QImage icon(const QString& path, int pixels) const override;
     bool open(const QUrl& url) override;
     void reveal(const QStringList& paths) override;
 

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/HotKeyService.h"
+#include "platform/Scheduler.h"
+
+#include <set>
+#include <vector>
+
+namespace quillet {
+
+/// A keyboard that tests press. Registrations may outlive it.
+class MemoryHotKeys : public HotKeyService {
+public:
+    struct Combination {
+        uint32_t keyCode = 0;
+        uint32_t modifiers = 0;
+        auto operator<=>(const Combination&) const = default;
+    };
+
+    explicit MemoryHotKeys(Scheduler& scheduler) : m_scheduler(scheduler) {}
+
+    std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers, uint32_t id) override;
+
+    /// Presses a combination; whether it is a shortcut. It is reported at the next advance.
+    bool press(Combination combination);
+
+    /// The ids in force, in the order of their registration.
+    std::vector<uint32_t> registered() const;
+
+    /// Combinations that other programs have.
+    std::set<Combination> taken;
+
+private:
+    class Entry;
+    using Entries = std::vector<Entry*>;
+
+    Scheduler& m_scheduler;
+    std::shared_ptr<Entries> m_entries = std::make_shared<Entries>();
+    std::vector<std::unique_ptr<Timer>> m_reports;
+};
+
+} // namespace quillet
