@@ -63,6 +63,9 @@ public:
     /// The size of the image in bytes, without reading it; 0 where there is none.
     qint64 imageBytes() const { return m_fields.imageData ? m_fields.imageData->size() : 0; }
 
+    /// The size of a text that is read from a file; 0 where it is at hand.
+    qint64 longTextBytes() const { return m_fields.longText ? m_fields.longText->size() : 0; }
+
     /// Functions that yield the content in UTF-8 or PNG, also after the item was deleted. Null
     /// where there is none.
     std::function<QByteArray()> textSource() const;

@@ -11,15 +11,24 @@ ThumbnailCache& ThumbnailCache::shared() {
 ThumbnailCache::ThumbnailCache() : m_cache(64 << 20) {}
 
 std::optional<QImage> ThumbnailCache::thumbnail(const ClipItem& item, double maxPixel) {
-    if (const QImage* cached = m_cache.object(item.id()))
-        return *cached;
+    if (const auto image = cached(item))
+        return image;
     const auto bytes = item.imageData();
     if (!bytes)
         return std::nullopt;
     const auto image = quillet::thumbnail(*bytes, maxPixel);
     if (image)
-        m_cache.insert(item.id(), std::make_unique<QImage>(*image).release(), image->sizeInBytes());
+        keep(item, *image);
     return image;
+}
+
+std::optional<QImage> ThumbnailCache::cached(const ClipItem& item) const {
+    const QImage* image = m_cache.object(item.id());
+    return image ? std::optional(*image) : std::nullopt;
+}
+
+void ThumbnailCache::keep(const ClipItem& item, const QImage& image) {
+    m_cache.insert(item.id(), std::make_unique<QImage>(image).release(), image.sizeInBytes());
 }
 
 } // namespace quillet

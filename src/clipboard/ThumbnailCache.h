@@ -20,6 +20,12 @@ public:
     /// image that can be decoded.
     std::optional<QImage> thumbnail(const ClipItem& item, double maxPixel);
 
+    /// The thumbnail if it is at hand.
+    std::optional<QImage> cached(const ClipItem& item) const;
+
+    /// Takes in a thumbnail that was made elsewhere.
+    void keep(const ClipItem& item, const QImage& image);
+
     void drop(const ClipItem& item) { m_cache.remove(item.id()); }
 
 private:

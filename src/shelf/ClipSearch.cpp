@@ -1,0 +1,112 @@
+#include "shelf/ClipSearch.h"
+
+#include <algorithm>
+#include <QLocale>
+
+namespace quillet {
+
+namespace {
+
+constexpr qsizetype longTextsKept = 64 << 20;
+constexpr qint64 readAtOnce = 16 << 20;
+
+} // namespace
+
+ClipSearch::ClipSearch(Scheduler& scheduler) : m_scheduler(scheduler), m_long(longTextsKept) {}
+
+QByteArray ClipSearch::comparable(const QString& text) {
+    // Capitals first, in the locale's way: they are what ß and SS share, and in Turkish the capital
+    // of i is not I. Accents count, so a letter with its accent must be one character however the
+    // text spells it.
+    return QLocale().toUpper(text.normalized(QString::NormalizationForm_C)).toCaseFolded().toUtf8();
+}
+
+void ClipSearch::prepare(const ClipItems& items) {
+    QHash<QUuid, QByteArray> prepared;
+    prepared.reserve(static_cast<qsizetype>(items.size()));
+    for (const auto& item : items) {
+        if (item->longTextBytes() > 0)
+            continue;
+        const auto known = m_short.constFind(item->id());
+        prepared.insert(item->id(),
+                        known == m_short.cend() ? comparable(item->searchText()) : known.value());
+    }
+    m_short = std::move(prepared);
+}
+
+void ClipSearch::setNeedle(const QString& needle) {
+    m_needle.setPattern(comparable(needle));
+    m_verdicts.clear();
+    m_pending.clear();
+}
+
+bool ClipSearch::contains(const QByteArray& comparableText) const {
+    return m_needle.indexIn(comparableText) >= 0;
+}
+
+bool ClipSearch::matches(const std::shared_ptr<ClipItem>& item) {
+    if (item->longTextBytes() > 0)
+        return matchesLong(item);
+    auto text = m_short.constFind(item->id());
+    if (text == m_short.cend())
+        text = m_short.insert(item->id(), comparable(item->searchText()));
+    return contains(text.value());
+}
+
+bool ClipSearch::matchesLong(const std::shared_ptr<ClipItem>& item) {
+    const auto verdict = m_verdicts.constFind(item->id());
+    if (verdict != m_verdicts.cend())
+        return verdict.value();
+    if (const QByteArray* text = m_long.object(item->id()))
+        return m_verdicts.insert(item->id(), contains(*text)).value();
+    if (std::ranges::find(m_pending, item) == m_pending.end())
+        m_pending.push_back(item);
+    if (!m_isReading)
+        readPending();
+    return false;
+}
+
+void ClipSearch::readPending() {
+    m_isReading = !m_pending.empty();
+    if (!m_isReading)
+        return;
+    // Copies, because the items themselves may change while they are read.
+    struct Reading {
+        std::vector<ClipItem> items;
+        std::vector<QByteArray> texts;
+    };
+    const auto reading = std::make_shared<Reading>();
+    qint64 bytes = 0;
+    while (!m_pending.empty() && bytes < readAtOnce) {
+        bytes += m_pending.back()->longTextBytes();
+        reading->items.push_back(*m_pending.back());
+        m_pending.pop_back();
+    }
+    const auto work = [reading] {
+        for (const ClipItem& item : reading->items)
+            reading->texts.push_back(comparable(item.searchText()));
+    };
+    const auto done = [this, reading] {
+        bool hasFound = false;
+        for (size_t i = 0; i < reading->items.size(); ++i) {
+            const QUuid& id = reading->items[i].id();
+            auto text = std::make_unique<QByteArray>(std::move(reading->texts[i]));
+            const bool isMatch = contains(*text);
+            m_verdicts.insert(id, isMatch);
+            hasFound |= isMatch;
+            const qsizetype size = text->size();
+            m_long.insert(id, text.release(), size);
+        }
+        readPending();
+        if (hasFound && onFound)
+            onFound();
+    };
+    m_scheduler.background(work, m_alive(done));
+}
+
+void ClipSearch::release() {
+    m_long.clear();
+    m_pending.clear();
+}
+
+} // namespace quillet
