@@ -1,0 +1,28 @@
+#pragma once
+
+#include "app/look/Theme.h"
+
+class QPainter;
+
+namespace quillet {
+
+/// One soft shadow: a blur of this standard deviation, moved down, of black at this opacity.
+struct ShadowLayer {
+    double radius = 0;
+    double offsetY = 0;
+    double opacity = 0;
+};
+
+/// Paints the shadow that a rounded rectangle casts, from a nine-patch drawn once.
+void paintShadow(QPainter& painter, const QRectF& rect, double cornerRadius,
+                 const ShadowLayer& layer);
+
+/// What large panels, menus and pins cast, with the hairline around them. Reaches 48 points out.
+void paintPanelShadow(QPainter& painter, const QRectF& rect, double cornerRadius,
+                      const ThemeColors& colors);
+
+/// What toasts and tooltips cast; fades out within 10 points.
+void paintToastShadow(QPainter& painter, const QRectF& rect, double cornerRadius,
+                      const ThemeColors& colors);
+
+} // namespace quillet
