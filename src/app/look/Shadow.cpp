@@ -64,8 +64,14 @@ QImage blurredRect(const QSizeF& size, double corner, const ShadowLayer& layer, 
     const auto kernel = gaussian(layer.radius * coarse);
     shape.convertTo(QImage::Format_Alpha8);
     const QImage blurred = blurredAcross(blurredAcross(shape, kernel), kernel);
-    return blurred.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-        .scaled((whole * scale).toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage shadow =
+        blurred.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+            .scaled((whole * scale).toSize(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QPainter tint(&shadow);
+    tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    tint.fillRect(shadow.rect(), layer.tint);
+    tint.end();
+    return shadow;
 }
 
 /// The smallest rectangle whose shadow can be stretched to that of a rectangle of `size`.
@@ -75,8 +81,8 @@ QSizeF patchSize(const QSizeF& size, double corner, double radius) {
 }
 
 const QImage& patch(const QSizeF& size, double corner, const ShadowLayer& layer, double scale) {
-    const auto key =
-        std::make_tuple(size.width(), size.height(), corner, layer.radius, layer.opacity, scale);
+    const auto key = std::make_tuple(size.width(), size.height(), corner, layer.radius,
+                                     layer.opacity, layer.tint.rgb(), scale);
     static std::map<decltype(key), QImage> patches;
     constexpr size_t enough = 64;
     if (patches.size() > enough)

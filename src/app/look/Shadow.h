@@ -6,11 +6,12 @@ class QPainter;
 
 namespace quillet {
 
-/// One soft shadow: a blur of this standard deviation, moved down, of black at this opacity.
+/// One soft shadow: a blur of this standard deviation, moved down, of a colour at this opacity.
 struct ShadowLayer {
     double radius = 0;
     double offsetY = 0;
     double opacity = 0;
+    QColor tint = Qt::black;
 };
 
 /// Paints the shadow that a rounded rectangle casts, from a nine-patch drawn once.
