@@ -14,6 +14,7 @@ namespace quillet {
 namespace {
 
 constexpr int previewLength = 60;
+constexpr qint64 previewBytes = 4096; // a preview skips white space
 
 QJsonValue valueOrNull(const std::optional<QString>& text) {
     return text ? QJsonValue(*text) : QJsonValue();
@@ -37,7 +38,7 @@ QString contentPreview(const ClipItem& clip) {
     case ClipItem::Kind::text:
     case ClipItem::Kind::link:
     case ClipItem::Kind::color:
-        return preview(clip.text().value_or(QString()), previewLength);
+        return preview(clip.textBeginning(previewBytes), previewLength);
     case ClipItem::Kind::image:
         return u"%1 bytes"_s.arg(clip.imageBytes());
     case ClipItem::Kind::file:
@@ -48,20 +49,24 @@ QString contentPreview(const ClipItem& clip) {
 
 QString asLine(size_t number, const ClipItem& clip) {
     const QString source = printable(clip.sourceAppName().value_or(QString()));
-    return u"%1 %2 %3 %4  %5  %6\n"_s.arg(number, 4)
-        .arg(clip.isPinned() ? u"*"_s : u" "_s)
-        .arg(ClipItem::rawValue(clip.kind()), -5)
-        .arg(contentPreview(clip), -(previewLength + 1))
-        .arg(source, clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
+    // In one step: a clip may contain what looks like a place to fill.
+    return u"%1 %2 %3 %4  %5  %6\n"_s.arg(
+        QString::number(number).rightJustified(4), clip.isPinned() ? u"*"_s : u" "_s,
+        ClipItem::rawValue(clip.kind()).leftJustified(5),
+        contentPreview(clip).leftJustified(previewLength + 1), source,
+        clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
 }
 
 } // namespace
 
 QByteArray clipsAsJson(const ClipItems& clips, size_t limit) {
-    QJsonArray list;
-    for (const auto& clip : clips | std::views::take(limit))
-        list.append(asJson(*clip));
-    return QJsonDocument(list).toJson();
+    // One clip at a time: all long texts together may be very large.
+    QByteArray list = "[";
+    for (const auto& clip : clips | std::views::take(limit)) {
+        list += list.size() > 1 ? ",\n" : "\n";
+        list += QJsonDocument(asJson(*clip)).toJson().trimmed();
+    }
+    return list + "\n]\n";
 }
 
 QByteArray clipsAsLines(const ClipItems& clips, size_t limit) {

@@ -13,6 +13,8 @@ namespace {
 
 using Clip = std::shared_ptr<ClipItem>;
 
+const QString unreadable = u"the content of this clip cannot be read"_s;
+
 Clip find(const ClipItems& clips, const ClipReference& reference) {
     if (const auto* number = std::get_if<int>(&reference)) {
         const auto index = size_t(*number) - 1;
@@ -41,8 +43,15 @@ VerbResult show(const ClipItem& clip) {
         clip.kind() == ClipItem::Kind::image ? clip.imageSource() : clip.textSource();
     const QByteArray content = source ? source() : QByteArray();
     if (content.isNull())
-        return VerbResult::failed(u"the content of this clip cannot be read"_s);
+        return VerbResult::failed(unreadable);
     return VerbResult::done(content);
+}
+
+/// The history has changed in any case; what is not on disk is written with the next change.
+VerbResult outcome(const ClipboardStore& store) {
+    return store.hasUnsavedChanges()
+               ? VerbResult::failed(u"the change could not be written to the disk yet"_s)
+               : VerbResult::done();
 }
 
 } // namespace
@@ -52,7 +61,7 @@ VerbResult runClipVerb(const Command& command, ClipboardStore& store) {
         return list(command, store.items());
     if (command.verb == Verb::clipClear) {
         store.clear(command.keepPinned);
-        return VerbResult::done();
+        return outcome(store);
     }
 
     const Clip clip = find(store.items(), *command.clip);
@@ -60,13 +69,15 @@ VerbResult runClipVerb(const Command& command, ClipboardStore& store) {
         return VerbResult::failed(missing(*command.clip, store.items().size()));
     if (command.verb == Verb::clipShow)
         return show(*clip);
+    if (command.verb == Verb::clipCopy && !clip->isContentReadable())
+        return VerbResult::failed(unreadable);
     if (command.verb == Verb::clipCopy)
         store.copyToPasteboard(clip, command.plain);
     else if (command.verb == Verb::clipPin)
         store.togglePin(clip);
     else
         store.deleteItem(clip);
-    return VerbResult::done();
+    return outcome(store);
 }
 
 } // namespace quillet

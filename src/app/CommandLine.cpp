@@ -188,6 +188,11 @@ std::variant<Command, UsageError> parseCommandLine(const QStringList& arguments)
         Command help{.verb = Verb::help};
         if (!verbsOfGroup(arguments.first()).isEmpty())
             help.topic = arguments.first();
+        else if (!arguments.first().startsWith(u'-') &&
+                 std::ranges::none_of(rows(), [&](const Row& row) {
+                     return row.words.first() == arguments.first();
+                 }))
+            return unknownVerb(arguments);
         return help;
     }
     for (const Row& row : rows()) {

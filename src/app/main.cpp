@@ -12,10 +12,12 @@
 #include <clocale>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <langinfo.h>
 #include <malloc.h>
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +61,16 @@ Backend backend() {
             }};
 }
 
+/// A file opened in the place of a closed standard stream would receive what is meant for that.
+void fillStandardStreams() {
+    int file = 0;
+    do
+        file = open("/dev/null", O_RDWR);
+    while (file >= 0 && file <= STDERR_FILENO);
+    if (file > STDERR_FILENO)
+        close(file);
+}
+
 int runVerb(const Command& command, const QStringList& arguments, int& argc, char** argv) {
     const auto folder = runtimeFolder();
     if (!folder)
@@ -72,6 +84,7 @@ int print(const QByteArray& text) {
 }
 
 int run(int argc, char** argv) {
+    fillStandardStreams();
     giveMemoryBack();
     ensureUtf8Locale();
     keepLogQuiet();

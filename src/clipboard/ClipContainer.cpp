@@ -27,8 +27,8 @@ QString makePrivate(const ClipFiles& files) {
         if (!QDir().mkpath(folder))
             return u"%1: The folder cannot be made."_s.arg(folder);
         const QByteArray path = QFile::encodeName(folder);
-        if (access(path.constData(), R_OK | W_OK | X_OK) != 0 ||
-            chmod(path.constData(), S_IRWXU) != 0)
+        if (chmod(path.constData(), S_IRWXU) != 0 ||
+            access(path.constData(), R_OK | W_OK | X_OK) != 0)
             return systemError(folder);
     }
     return {};
@@ -37,12 +37,28 @@ QString makePrivate(const ClipFiles& files) {
 /// Creates the database file, if it is missing, before the database does: the files beside it get
 /// its permissions.
 QString makeDatabaseFile(const QString& path) {
+    chmod(QFile::encodeName(path).constData(), S_IRUSR | S_IWUSR); // where it is there already
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                                   S_IRUSR | S_IWUSR);
     if (descriptor < 0 || fchmod(descriptor, S_IRUSR | S_IWUSR) != 0)
         return systemError(path);
     close(descriptor);
     return {};
+}
+
+/// Takes the folder for this process, until the file is closed or the process ends in whatever
+/// way. Null when another one has it.
+std::unique_ptr<QFile> takeLock(const ClipFiles& files) {
+    auto file = std::make_unique<QFile>();
+    struct flock whole {};
+    whole.l_type = F_WRLCK;
+    whole.l_whence = SEEK_SET;
+    const int descriptor = ::open(QFile::encodeName(files.lock()).constData(),
+                                  O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0 || !file->open(descriptor, QIODevice::ReadWrite, QFile::AutoCloseHandle) ||
+        fcntl(file->handle(), F_OFD_SETLK, &whole) != 0)
+        return nullptr;
+    return file;
 }
 
 } // namespace
@@ -52,6 +68,9 @@ ClipContainer::Opening ClipContainer::open(const QString& folder, Scheduler& sch
     if (const QString problem = makePrivate(files); !problem.isEmpty())
         return {nullptr, problem};
 
+    std::unique_ptr<QFile> lock = takeLock(files);
+    if (!lock)
+        return {nullptr, u"%1: Another process uses this history."_s.arg(folder)};
     ClipRescue::finishInterrupted(files);
     QString problem;
     const Health health = ClipRescue::examine(files, problem);
@@ -62,15 +81,16 @@ ClipContainer::Opening ClipContainer::open(const QString& folder, Scheduler& sch
 
     if (problem = makeDatabaseFile(files.database()); !problem.isEmpty())
         return {nullptr, problem};
-    std::unique_ptr<ClipContainer> container(new ClipContainer(files, scheduler));
+    std::unique_ptr<ClipContainer> container(new ClipContainer(files, std::move(lock), scheduler));
     if (!container->prepare())
         return {nullptr, container->m_database.error().databaseText()};
     container->removeOrphans();
     return {std::move(container), {}};
 }
 
-ClipContainer::ClipContainer(ClipFiles files, Scheduler& scheduler)
+ClipContainer::ClipContainer(ClipFiles files, std::unique_ptr<QFile> lock, Scheduler& scheduler)
     : m_files(std::move(files)),
+      m_lock(std::move(lock)),
       m_database(m_files.database(), SqliteConnection::Access::readWrite),
       m_checkpointer(m_files.database(), scheduler),
       m_context(m_database, m_files.blobs(), m_checkpointer) {}

@@ -5,10 +5,13 @@
 #include "clipboard/SqliteConnection.h"
 #include "clipboard/WalCheckpointer.h"
 
+#include <QFile>
+
 namespace quillet {
 
 /// The store of all items on disk: a database, and beside it a folder with the content that is too
-/// large for it. Owns the connection; one container is open on a folder at a time.
+/// large for it. Owns the connection; one
+/// container of whatever process is open on a folder at a time.
 class ClipContainer {
 public:
     struct Opening {
@@ -23,11 +26,12 @@ public:
     ClipContext& mainContext() { return m_context; }
 
 private:
-    ClipContainer(ClipFiles files, Scheduler& scheduler);
+    ClipContainer(ClipFiles files, std::unique_ptr<QFile> lock, Scheduler& scheduler);
     bool prepare();
     void removeOrphans();
 
     ClipFiles m_files;
+    std::unique_ptr<QFile> m_lock;
     SqliteConnection m_database;
     WalCheckpointer m_checkpointer;
     ClipContext m_context;

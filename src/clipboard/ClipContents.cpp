@@ -17,9 +17,13 @@ PasteboardContent plainString(const ClipItem& item) {
 
 PasteboardContents linkContents(const ClipItem& item, bool plainText) {
     PasteboardContents contents{plainString(item)};
-    const QUrl url(item.text().value_or(QString()).trimmed());
+    const QString text = item.text().value_or(QString()).trimmed();
+    const QUrl url(text);
+    // As it was written where that is a URL to the letter; else with what is missing encoded.
+    const bool isWhole = QUrl(text, QUrl::StrictMode).isValid() && text.toLatin1() == text.toUtf8();
     if (!plainText && url.isValid())
-        contents.push_back({PasteboardType::url, constant(url.toEncoded())});
+        contents.push_back(
+            {PasteboardType::url, constant(isWhole ? text.toLatin1() : url.toEncoded())});
     return contents;
 }
 
@@ -28,7 +32,7 @@ PasteboardContents imageContents(const ClipItem& item) {
     if (!source)
         return {};
     PasteboardContents contents{{PasteboardType::png, source}};
-    if (isDecodable(source())) {
+    if (item.isImageDecodable()) {
         // Made when somebody asks: most never do, and it takes many times the bytes.
         const auto tiff = [source] {
             const auto image = decodeImage(source());

@@ -41,6 +41,11 @@ public:
     /// is kept for the next save.
     bool save();
 
+    /// Whether a save has something to do.
+    bool hasChanges() const {
+        return !m_inserted.empty() || !m_changed.empty() || !m_removed.empty();
+    }
+
 private:
     bool load();
     bool contains(const std::shared_ptr<ClipItem>& item) const;

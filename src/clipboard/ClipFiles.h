@@ -11,6 +11,8 @@ struct ClipFiles {
     QString database() const { return folder + QStringLiteral("/clips.sqlite"); }
     QString blobs() const { return folder + QStringLiteral("/blobs"); }
 
+    QString lock() const { return folder + QStringLiteral("/lock"); }
+
     /// A new database in the making; complete once the old one is out of the way.
     QString rescued() const { return folder + QStringLiteral("/clips-rescued.sqlite"); }
 };

@@ -1,5 +1,7 @@
 #include "clipboard/ClipItem.h"
 #include "clipboard/Utf8.h"
+#include "imaging/Bitmap.h"
+#include "imaging/Png.h"
 
 namespace quillet {
 
@@ -36,8 +38,34 @@ std::optional<QString> ClipItem::text() const {
     return bytes ? std::optional(decodeUtf8(*bytes)) : std::nullopt;
 }
 
+QString ClipItem::textBeginning(qint64 bytes) const {
+    if (!m_fields.longText)
+        return m_fields.text.value_or(QString()).left(bytes);
+    // A character that was cut in the middle is left out, not shown as damaged.
+    QStringDecoder decoder(QStringConverter::Utf8);
+    return decoder(m_fields.longText->read(0, bytes).value_or(QByteArray()));
+}
+
+bool ClipItem::isContentReadable() const {
+    const auto& payload = m_fields.longText ? m_fields.longText : m_fields.imageData;
+    return !payload || payload->source();
+}
+
 std::optional<QByteArray> ClipItem::imageData() const {
     return m_fields.imageData ? m_fields.imageData->read() : std::nullopt;
+}
+
+bool ClipItem::isImageDecodable() const {
+    if (!m_fields.imageData)
+        return false;
+    constexpr qint64 startBytes = 64;
+    constexpr qint64 endBytes = 12;
+    const ClipPayload& image = *m_fields.imageData;
+    const QByteArray start = image.read(0, startBytes).value_or(QByteArray());
+    if (!hasPngSignature(start))
+        return isDecodable(image.read().value_or(QByteArray()));
+    const auto end = image.read(std::max<qint64>(0, image.size() - endBytes), endBytes);
+    return end && isPngFromStartToEnd(start, *end);
 }
 
 ClipItem::Kind ClipItem::kind() const {

@@ -45,6 +45,16 @@ public:
     const QString& kindRaw() const { return m_fields.kindRaw; }
     std::optional<QString> text() const;         ///< reads a file where the text is long
     std::optional<QByteArray> imageData() const; ///< reads a file
+
+    /// The text as far as its first `bytes` of UTF-8 go; empty where there is none.
+    QString textBeginning(qint64 bytes) const;
+
+    /// Whether the image bytes seem to decode, without reading them all.
+    bool isImageDecodable() const;
+
+    /// False when the file with the content is missing.
+    bool isContentReadable() const;
+
     const QStringList& filePaths() const { return m_fields.filePaths; }
     const std::optional<QString>& sourceBundleID() const { return m_fields.sourceBundleID; }
     const std::optional<QString>& sourceAppName() const { return m_fields.sourceAppName; }

@@ -1,5 +1,6 @@
 #include "clipboard/ClipPayload.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <memory>
 #include <QFile>
@@ -11,13 +12,14 @@ namespace quillet {
 
 namespace {
 
-/// Reads the whole file through its descriptor. Leaves the file position alone, so that several
+/// Reads a part of a file through its descriptor. Leaves the file position alone, so that several
 /// threads may do so at once.
-std::optional<QByteArray> readWhole(int descriptor, qint64 size) {
+std::optional<QByteArray> readPart(int descriptor, qint64 offset, qint64 size) {
     QByteArray bytes(size, Qt::Uninitialized);
     qint64 done = 0;
     while (done < size) {
-        const auto count = pread(descriptor, bytes.data() + done, size_t(size - done), done);
+        const auto count =
+            pread(descriptor, bytes.data() + done, size_t(size - done), offset + done);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -55,11 +57,13 @@ bool ClipPayload::store(const QString& path) {
     return true;
 }
 
-std::optional<QByteArray> ClipPayload::read() const {
+std::optional<QByteArray> ClipPayload::read(qint64 offset, qint64 count) const {
+    const qint64 start = std::clamp<qint64>(offset, 0, m_size);
+    const qint64 length = std::min(count, m_size - start);
     if (!isStored())
-        return m_bytes;
+        return m_bytes.mid(start, length);
     const auto file = openFile(m_path, m_size);
-    return file ? readWhole(file->handle(), m_size) : std::nullopt;
+    return file ? readPart(file->handle(), start, length) : std::nullopt;
 }
 
 std::function<QByteArray()> ClipPayload::source() const {
@@ -68,7 +72,8 @@ std::function<QByteArray()> ClipPayload::source() const {
     auto file = openFile(m_path, m_size);
     if (!file)
         return nullptr;
-    return [file, size = m_size] { return readWhole(file->handle(), size).value_or(QByteArray()); };
+    return
+        [file, size = m_size] { return readPart(file->handle(), 0, size).value_or(QByteArray()); };
 }
 
 bool ClipPayload::writeFile(const QString& path, const QByteArray& bytes) {

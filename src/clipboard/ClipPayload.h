@@ -25,7 +25,10 @@ public:
     bool store(const QString& path);
 
     /// The bytes; absent when the file is missing or not of the recorded size.
-    std::optional<QByteArray> read() const;
+    std::optional<QByteArray> read() const { return read(0, m_size); }
+
+    /// A part of the bytes, as far as there are any.
+    std::optional<QByteArray> read(qint64 offset, qint64 count) const;
 
     /// A function that yields the bytes, also after the file has been removed. Null when there is
     /// nothing to read now; it yields a null byte array when reading fails later.

@@ -71,6 +71,17 @@ QString keptName(const ClipFiles& files, Health health, const QDateTime& now) {
     return name;
 }
 
+/// Moves the log of a database beside the file that the database became: left behind, it would be
+/// taken for that of the next database.
+bool moveLog(const ClipFiles& files, const QString& kept) {
+    QFile::remove(files.database() + indexSuffix);
+    const QString log = files.database() + logSuffix;
+    if (QFileInfo(log).size() == 0)
+        return !QFileInfo::exists(log) || QFile::remove(log);
+    QFile::remove(kept + logSuffix);
+    return QFile::rename(log, kept + logSuffix);
+}
+
 /// Moves the files of clips that no row knows to a folder of their own.
 void keepUnknownBlobs(const ClipFiles& files, const std::vector<ClipItem::Fields>& rows,
                       const QString& folder) {
@@ -80,7 +91,7 @@ void keepUnknownBlobs(const ClipFiles& files, const std::vector<ClipItem::Fields
     for (const QFileInfo& file : QDir(files.blobs()).entryInfoList(QDir::Files | QDir::Hidden)) {
         if (known.contains(file.completeBaseName()))
             continue;
-        QDir().mkpath(folder);
+        QDir().mkdir(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QFile::rename(file.filePath(), folder + u'/' + file.fileName());
     }
 }
@@ -122,14 +133,11 @@ bool startOver(const ClipFiles& files, Health health, const QDateTime& now) {
     const QString kept = keptName(files, health, now);
     // Before the fresh database is in place: the next launch would sweep them away.
     keepUnknownBlobs(files, rows, kept + u"-blobs"_s);
-    // The log goes first: were it left behind, it would be taken for that of the new database.
-    if (QFileInfo(files.database() + logSuffix).size() > 0 &&
-        !QFile::rename(files.database() + logSuffix, kept + u".sqlite"_s + logSuffix))
-        return false;
-    QFile::remove(files.database() + logSuffix);
-    QFile::remove(files.database() + indexSuffix);
+    // The database goes first: as long as it is there, what was rescued counts as incomplete.
     if (QFileInfo::exists(files.database()) &&
         !QFile::rename(files.database(), kept + u".sqlite"_s))
+        return false;
+    if (!moveLog(files, kept + u".sqlite"_s))
         return false;
     if (!QFile::rename(files.rescued(), files.database()))
         return false;
@@ -140,10 +148,12 @@ bool startOver(const ClipFiles& files, Health health, const QDateTime& now) {
 }
 
 void finishInterrupted(const ClipFiles& files) {
-    if (!QFileInfo::exists(files.database()))
-        QFile::rename(files.rescued(), files.database());
-    else
+    if (!QFileInfo::exists(files.rescued()))
+        return;
+    if (QFileInfo::exists(files.database()))
         QFile::remove(files.rescued());
+    else if (moveLog(files, files.folder + u"/clips-interrupted.sqlite"_s))
+        QFile::rename(files.rescued(), files.database());
 }
 
 std::vector<ClipItem::Fields> readableRows(const QString& databasePath, const QString& blobFolder) {

@@ -24,7 +24,7 @@ void ClipboardKeeper::keepIfRecorded() {
     if (m_orphanedChangeCount != m_pasteboard.changeCount())
         return;
     const auto item = m_store.recordedItem(*m_orphanedChangeCount);
-    if (!item)
+    if (!item || !item->isContentReadable())
         return;
     m_orphanedChangeCount.reset();
     m_pasteboard.keep(pasteboardContents(*item, false));

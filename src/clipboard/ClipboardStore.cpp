@@ -104,35 +104,40 @@ void ClipboardStore::insert(Captured captured, const QString& bundleID, const QS
         m_items, [&](const auto& item) { return item->contentHash() == captured.hash; });
     if (existing != m_items.end()) {
         const auto item = *existing;
-        m_context.setCreatedAt(item, m_capture->date);
-        recorded(item);
+        const auto refresh = [=, this] {
+            m_context.setCreatedAt(item, m_capture->date);
+            recorded(item);
+        };
+        if (item->isContentReadable())
+            refresh();
+        else // its file got lost, and here is the same content again
+            stage(item->id(), captured, [refresh](ClipPayload) { refresh(); });
         return;
     }
     ClipItem::Fields fields = newItem(captured, bundleID, appName);
     fields.createdAt = m_capture->date;
-    if (captured.imageData) {
-        const QString path = m_context.imagePath(fields.id);
-        stage(std::move(fields), &ClipItem::Fields::imageData, path,
-              *std::move(captured.imageData));
-    } else if (captured.utf8.size() > ClipTable::longestTextInRow) {
-        const QString path = m_context.longTextPath(fields.id);
-        stage(std::move(fields), &ClipItem::Fields::longText, path, captured.utf8);
+    if (captured.imageData || captured.utf8.size() > ClipTable::longestTextInRow) {
+        const auto field =
+            captured.imageData ? &ClipItem::Fields::imageData : &ClipItem::Fields::longText;
+        const QUuid id = fields.id;
+        stage(id, captured, [=, this, fields = std::move(fields)](ClipPayload payload) mutable {
+            fields.*field = std::move(payload);
+            add(std::move(fields));
+        });
     } else {
         fields.text = std::move(captured.text);
         add(std::move(fields));
     }
 }
 
-/// Writes a new item's payload in the background, since that waits for the disk, then adds it.
-void ClipboardStore::stage(ClipItem::Fields fields, PayloadField field, const QString& path,
-                           QByteArray bytes) {
-    const auto payload = std::make_shared<ClipPayload>(std::move(bytes));
-    m_scheduler.background(
-        [=] { payload->store(path); }, // where it fails the bytes stay, and saving tries again
-        m_alive([=, this, fields = std::move(fields)]() mutable {
-            fields.*field = std::move(*payload);
-            add(std::move(fields));
-        }));
+/// Writes an item's large content in the background, since that waits for the disk. Where it
+/// fails the payload keeps the bytes, and saving tries again.
+void ClipboardStore::stage(const QUuid& id, const Captured& captured,
+                           std::function<void(ClipPayload)> done) {
+    const QString path = captured.imageData ? m_context.imagePath(id) : m_context.longTextPath(id);
+    const auto payload = std::make_shared<ClipPayload>(captured.imageData.value_or(captured.utf8));
+    m_scheduler.background([=] { payload->store(path); },
+                           m_alive([=] { done(std::move(*payload)); }));
 }
 
 void ClipboardStore::add(ClipItem::Fields fields) {
@@ -199,6 +204,10 @@ void ClipboardStore::clear(bool keepPinned) {
     saveAndReload();
 }
 
+bool ClipboardStore::hasUnsavedChanges() const {
+    return m_context.hasChanges();
+}
+
 std::shared_ptr<ClipItem> ClipboardStore::recordedItem(qint64 changeCount) const {
     const auto item = m_recordedItem.lock();
     const bool isListed = std::ranges::find(m_items, item) != m_items.end();
@@ -217,9 +226,8 @@ bool ClipboardStore::isMarkedPrivate() const {
 }
 
 bool ClipboardStore::isIgnored(const std::optional<RunningApplication>& application) const {
-    return application &&
-           isIgnoredApplication(application->bundleID,
-                                m_preferences.value(ClipboardPreferences::ignoredApps));
+    return application && isIgnoredApplication(
+                              *application, m_preferences.value(ClipboardPreferences::ignoredApps));
 }
 
 void ClipboardStore::discard(const std::shared_ptr<ClipItem>& item) {

@@ -38,6 +38,9 @@ public:
     void deleteItem(const std::shared_ptr<ClipItem>& item);
     void clear(bool keepPinned);
 
+    /// Whether something of the history is not on disk yet because writing it failed.
+    bool hasUnsavedChanges() const;
+
     /// The item that was recorded for a state of the pasteboard; null when there is none or it
     /// has been deleted since.
     std::shared_ptr<ClipItem> recordedItem(qint64 changeCount) const;
@@ -49,8 +52,6 @@ Q_SIGNALS:
     void itemsChanged();
 
 private:
-    using PayloadField = std::optional<ClipPayload> ClipItem::Fields::*;
-
     /// A copy on its way into the history.
     struct Capture {
         qint64 changeCount = 0;
@@ -61,7 +62,7 @@ private:
     void poll();
     void readPasteboard();
     void insert(Captured captured, const QString& bundleID, const QString& appName);
-    void stage(ClipItem::Fields fields, PayloadField field, const QString& path, QByteArray bytes);
+    void stage(const QUuid& id, const Captured& captured, std::function<void(ClipPayload)> done);
     void add(ClipItem::Fields fields);
     void recorded(const std::shared_ptr<ClipItem>& item);
     void prune();

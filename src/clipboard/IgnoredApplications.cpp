@@ -33,7 +33,9 @@ const std::vector<Aliases>& aliasTable() {
 
 } // namespace
 
-bool isIgnoredApplication(const QString& bundleID, const QStringList& ignored) {
+namespace {
+
+bool isIgnoredIdentifier(const QString& bundleID, const QStringList& ignored) {
     if (bundleID.isEmpty())
         return false;
     if (ignored.contains(bundleID))
@@ -43,6 +45,15 @@ bool isIgnoredApplication(const QString& bundleID, const QStringList& ignored) {
         return ignored.contains(row.listed) &&
                std::ranges::find(row.identifiers, identifier) != row.identifiers.end();
     });
+}
+
+} // namespace
+
+bool isIgnoredApplication(const RunningApplication& application, const QStringList& ignored) {
+    // A launcher may have any name; what the windows call themselves tells as well.
+    return isIgnoredIdentifier(application.bundleID, ignored) ||
+           std::ranges::any_of(application.otherIDs,
+                               [&](const QString& id) { return isIgnoredIdentifier(id, ignored); });
 }
 
 } // namespace quillet

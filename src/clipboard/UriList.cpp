@@ -1,4 +1,5 @@
 #include "clipboard/UriList.h"
+#include "clipboard/ClipboardLog.h"
 
 #include <QSysInfo>
 
@@ -18,6 +19,10 @@ QString localFile(const QByteArray& line) {
     const QUrl url = QUrl::fromEncoded(line);
     if (url.scheme() != "file"_L1 || !isThisMachine(url.host()))
         return {};
+    if (!QByteArrayView(QByteArray::fromPercentEncoding(line)).isValidUtf8()) {
+        qCWarning(logClipboard) << "A copied file has a name that is no UTF-8 and is left out.";
+        return {};
+    }
     QString path = url.path(QUrl::FullyDecoded);
     if (!path.startsWith(u'/') || path.contains(QChar::Null))
         return {};

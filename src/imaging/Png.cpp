@@ -142,6 +142,16 @@ bool isCompletePng(QByteArrayView bytes) {
     return false;
 }
 
+bool isPngFromStartToEnd(QByteArrayView first, QByteArrayView last) {
+    if (!hasPngSignature(first))
+        return false;
+    QByteArrayView rest = first.sliced(pngSignature.size());
+    const auto header = takeChunk(rest);
+    const auto end = takeChunk(last);
+    return header && header->type == "IHDR" && header->isIntact && end && end->type == "IEND" &&
+           end->isIntact;
+}
+
 int pngOrientation(QByteArrayView bytes) {
     if (!hasPngSignature(bytes))
         return 1;

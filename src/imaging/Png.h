@@ -16,6 +16,10 @@ bool hasPngSignature(QByteArrayView bytes);
 /// Whether these are the bytes of a PNG down to its end, every chunk undamaged. Decodes nothing.
 bool isCompletePng(QByteArrayView bytes);
 
+/// Whether a file that begins and ends with these bytes is a PNG that was not cut off. The first
+/// 64 bytes and the last 12 are enough; what lies between may still be damaged.
+bool isPngFromStartToEnd(QByteArrayView first, QByteArrayView last);
+
 /// The EXIF orientation that a PNG carries, 1 to 8; 1 (upright) where it carries none.
 int pngOrientation(QByteArrayView bytes);
 

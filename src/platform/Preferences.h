@@ -21,8 +21,9 @@ struct PreferenceKey {
 ///
 /// Reads are lenient: what is stored under a name with another type than asked for is converted
 /// where that makes sense ("42" is the integer 42) and reads as the type's zero value where it
-/// does not. Writes reach the store before they return; a write that fails stays in memory, goes
-/// out with the next one, and logs one line.
+/// does not; an integer too large for its type is the largest one there is. Writes reach the store
+/// before they return; a write that fails stays in memory, goes out with the next one, and logs one
+/// line.
 class Preferences {
 public:
     /// Ends its observation when destroyed.
@@ -39,7 +40,10 @@ public:
     /// The stored value, else the registered default, else the type's zero value.
     template<typename T>
     T value(const PreferenceKey<T>& key) const {
-        return object(key.name).template value<T>();
+        if constexpr (std::is_same_v<T, int>)
+            return integer(key.name);
+        else
+            return object(key.name).template value<T>();
     }
 
     template<typename T>
@@ -64,6 +68,7 @@ protected:
 
 private:
     QVariant object(const QString& name) const;
+    int integer(const QString& name) const;
     void setObject(const QString& name, const QVariant& value);
     void finishWrite();
 

@@ -13,6 +13,9 @@ struct RunningApplication {
     QString bundleID; ///< the desktop's identifier of the application
     QString name;     ///< as people know it, in their language
     qint64 pid = 0;   ///< 0 where the desktop does not tell
+
+    /// Under what other identifiers it may be known: what its windows say of themselves.
+    QStringList otherIDs{};
     bool operator==(const RunningApplication&) const = default;
 };
 

@@ -122,6 +122,17 @@ TEST_P(Process, aVerbLeavesTheQuilletItStartedBehindOnItsOwn) {
     EXPECT_EQ(getsid(pid_t(processes.front())), processes.front());
 }
 
+TEST_P(Process, closedStandardStreamsAreNotMistakenForFiles) {
+    session.fillHistory({"confidential"});
+    session.shell(u"\"$QUILLET\" clip list --json <&- >&- 2>&-"_s);
+    QFile lock(session.runtimeFolder() + u"/lock"_s);
+    ASSERT_TRUE(lock.open(QIODevice::ReadOnly));
+    EXPECT_THAT(lock.readAll().toStdString(), testing::Not(HasSubstr("confidential")));
+    const Outcome second = session.run({});
+    EXPECT_EQ(second.exitCode, 0) << "the instance still holds its lock";
+    EXPECT_THAT(session.processes(), SizeIs(1));
+}
+
 TEST_P(Process, bytesComeOutAsTheyWentIn) {
     const QByteArray tricky("a\0b\r\n\xEF\xBF\xBD\xF0\x9F\x98\x80 ", 14);
     const QByteArray large(300'000, 'x');

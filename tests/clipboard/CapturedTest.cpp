@@ -132,14 +132,18 @@ TEST(ClipItemTest, isFoundByTextSourceAndFileNames) {
 }
 
 TEST(IgnoredApplicationsTest, aListedIdentifierAlsoMeansTheSameApplicationHere) {
-    const QStringList keychain{u"com.apple.keychainaccess"_s};
-    EXPECT_TRUE(isIgnoredApplication(u"com.apple.keychainaccess"_s, keychain));
-    EXPECT_TRUE(isIgnoredApplication(u"org.gnome.seahorse.Application"_s, keychain));
-    EXPECT_TRUE(isIgnoredApplication(u"Seahorse"_s, keychain));
-    EXPECT_FALSE(isIgnoredApplication(u"Bitwarden"_s, keychain)) << "its entry was removed";
-    EXPECT_TRUE(isIgnoredApplication(u"Bitwarden"_s, {u"com.bitwarden.desktop"_s}));
-    EXPECT_TRUE(isIgnoredApplication(u"org.example.Own"_s, {u"org.example.Own"_s}));
-    EXPECT_FALSE(isIgnoredApplication(QString(), {QString()}));
+    const auto isIgnored = [](const QStringList& identifiers, const QString& listed) {
+        return isIgnoredApplication({identifiers.first(), {}, 0, identifiers.sliced(1)}, {listed});
+    };
+    const QString keychain = u"com.apple.keychainaccess"_s;
+    EXPECT_TRUE(isIgnored({keychain}, keychain));
+    EXPECT_TRUE(isIgnored({u"org.gnome.seahorse.Application"_s}, keychain));
+    EXPECT_TRUE(isIgnored({u"Seahorse"_s}, keychain));
+    EXPECT_FALSE(isIgnored({u"Bitwarden"_s}, keychain)) << "its entry was removed";
+    // A launcher of a name of its own, for a window that tells who it is.
+    EXPECT_TRUE(isIgnored({u"vault_vault"_s, u"Bitwarden"_s}, u"com.bitwarden.desktop"_s));
+    EXPECT_TRUE(isIgnored({u"org.example.Own"_s}, u"org.example.Own"_s));
+    EXPECT_FALSE(isIgnored({QString()}, QString()));
 }
 
 } // namespace quillet

@@ -68,6 +68,7 @@ TEST_F(ClipContainerTest, whatAFullDiskRefusesIsKeptAndWrittenByTheNextSave) {
         world.copy({{PasteboardType::png, somePng()}});
         world.copy({{PasteboardType::string, longText}});
     }
+    EXPECT_TRUE(world.store->hasUnsavedChanges());
     ASSERT_EQ(world.store->items().size(), 4u);
     EXPECT_EQ(world.store->items()[1]->imageData(), somePng());
     EXPECT_EQ(world.newest()->text()->toUtf8(), longText);
@@ -112,6 +113,16 @@ TEST_F(ClipContainerTest, anItemStaysWhenItsPayloadIsMissingOrCutShort) {
     EXPECT_EQ(world.store->items()[0]->imageBytes(), somePng().size());
     world.store->copyToPasteboard(world.newest(), false);
     EXPECT_TRUE(world.pasteboard.types().isEmpty());
+
+    world.copy({{PasteboardType::string, longText}});
+    ASSERT_EQ(world.store->items().size(), 2u);
+    EXPECT_EQ(world.newest()->text()->toUtf8(), longText) << "the same content came again";
+}
+
+TEST_F(ClipContainerTest, oneContainerAtATimeHasTheFolder) {
+    const auto second = ClipContainer::open(world.dataFolder(), world.scheduler);
+    EXPECT_FALSE(second.container);
+    EXPECT_TRUE(second.error.contains(u"Another process"_s));
 }
 
 TEST_F(ClipContainerTest, filesThatACrashLeftBehindAreSweptAtLaunch) {

@@ -19,21 +19,6 @@ protected:
 
 } // namespace
 
-TEST_F(ClipboardKeeperTest, theNewestClipOutlivesItsOwnerWithoutTouchingTheHistory) {
-    world.copy(u"one"_s);
-    world.copy(u"two"_s);
-    const auto date = world.newest()->createdAt();
-    int changes = 0;
-    QObject::connect(world.store.get(), &ClipboardStore::itemsChanged, [&] { ++changes; });
-    world.pasteboard.ownerQuits();
-    world.letPoll();
-    EXPECT_TRUE(world.pasteboard.isOwnedByUs());
-    EXPECT_EQ(world.pasteboard.text(), u"two"_s);
-    EXPECT_EQ(world.newest()->createdAt(), date);
-    EXPECT_EQ(changes, 0);
-    EXPECT_EQ(world.soundsPlayed(), 2u);
-}
-
 TEST_F(ClipboardKeeperTest, whatWasNotRecordedIsNotKept) {
     world.copy(u"open"_s);
     world.copy({{PasteboardType::concealed, ""}, {PasteboardType::string, "secret"}});

@@ -71,16 +71,6 @@ TEST_F(CopyBackTest, linksOfferTheirAddressToo) {
     EXPECT_EQ(world.pasteboard.types(), QStringList(PasteboardType::string));
 }
 
-TEST_F(CopyBackTest, filesGoBackAsFilesOrAsPlainPaths) {
-    const auto item = record(PasteboardType::fileURL, "file:///a%20b\r\nfile:///c\r\n");
-    world.store->copyToPasteboard(item, false);
-    EXPECT_EQ(world.pasteboard.types(), QStringList(PasteboardType::fileURL));
-    EXPECT_EQ(world.pasteboard.bytes(PasteboardType::fileURL), "file:///a%20b\r\nfile:///c\r\n");
-    world.store->copyToPasteboard(item, true);
-    EXPECT_EQ(world.pasteboard.types(), QStringList(PasteboardType::string));
-    EXPECT_EQ(world.pasteboard.text(), u"/a b\n/c"_s);
-}
-
 TEST_F(CopyBackTest, imagesGoBackAsPngAndTiffEvenAfterTheyWereDeleted) {
     QImage image(90, 60, QImage::Format_RGB32);
     image.fill(Qt::magenta);

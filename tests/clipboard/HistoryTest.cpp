@@ -120,16 +120,6 @@ TEST_F(HistoryTest, deletingAndClearingRemoveForGoodButLeaveTheObjectsValid) {
     EXPECT_TRUE(world.store->items().empty());
 }
 
-TEST_F(HistoryTest, anImageLeavesNothingBehindWhenItGoes) {
-    world.copy({{PasteboardType::png, pngOf(Qt::red)}});
-    const auto red = world.newest();
-    ASSERT_TRUE(ThumbnailCache::shared().thumbnail(*red, 520));
-    EXPECT_EQ(red->imageBytes(), pngOf(Qt::red).size());
-    world.store->deleteItem(red);
-    EXPECT_FALSE(red->imageData());
-    EXPECT_FALSE(ThumbnailCache::shared().thumbnail(*red, 520)) << "neither file nor thumbnail";
-}
-
 TEST(ThumbnailCacheTest, holdsOneThumbnailPerItemAndSkipsWhatIsNoImage) {
     ThumbnailCache cache;
     ClipItem::Fields fields;
@@ -142,23 +132,6 @@ TEST(ThumbnailCacheTest, holdsOneThumbnailPerItemAndSkipsWhatIsNoImage) {
     EXPECT_EQ(cache.thumbnail(ClipItem(fields), 100)->size(), QSize(520, 260));
     cache.drop(ClipItem(fields));
     EXPECT_EQ(cache.thumbnail(ClipItem(fields), 100)->size(), QSize(100, 50));
-}
-
-TEST(ThumbnailCacheTest, staysWithinItsMemoryByLettingGoOfTheLeastRecentlyUsed) {
-    ThumbnailCache cache;
-    std::vector<ClipItem> items;
-    for (int index = 0; index < 4; ++index) {
-        ClipItem::Fields fields;
-        fields.id = QUuid::createUuid();
-        QImage large(3000, 2000, QImage::Format_RGB32); // 24 MB each
-        large.fill(Qt::gray);
-        fields.imageData = ClipPayload(encodePng(large));
-        items.emplace_back(fields);
-    }
-    for (const ClipItem& item : items)
-        ASSERT_EQ(cache.thumbnail(item, 3000)->width(), 3000);
-    EXPECT_EQ(cache.thumbnail(items[3], 10)->width(), 3000) << "kept";
-    EXPECT_EQ(cache.thumbnail(items[0], 10)->width(), 10) << "made anew";
 }
 
 } // namespace quillet

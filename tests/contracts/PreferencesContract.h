@@ -72,6 +72,8 @@ TYPED_TEST_P(PreferencesContract, aValueOfAnotherTypeIsConvertedWhereThatMakesSe
     store(QStringLiteral("42"));
     EXPECT_EQ(read(int{}), 42);
     EXPECT_EQ(read(double{}), 42.0);
+    store(4294967297.0);
+    EXPECT_EQ(read(int{}), std::numeric_limits<int>::max()) << "as many as there can be";
     store(QStringLiteral("many"));
     EXPECT_EQ(read(int{}), 0);
     store(1);

@@ -74,16 +74,6 @@ TEST_F(FaultsDesktop, anOwnerThatLiesAboutTheSizeOrIsSlowIsStillReadToTheEnd) {
     }
 }
 
-TEST_F(FaultsDesktop, aCopyThatIsReplacedWhileItIsReadIsNotRecorded) {
-    FakeOwner slow(display());
-    FakeOwner quick(display());
-    slow.own({text({.bytes = digits, .manner = incremental, .chunk = 1000, .pause = 20ms})});
-    ASSERT_TRUE(eventually([&] { return slow.requests("UTF8_STRING") > 0; }));
-    quick.own(textOffers("quick"));
-    EXPECT_THAT(historyOnceNewestIs("quick"), ElementsAre("quick", "kept"));
-    EXPECT_THAT(historyAfterMarker(), ElementsAre("quick", "kept"));
-}
-
 TEST_F(FaultsDesktop, aGigabyteOfTextIsRefusedWithoutBeingHeld) {
     const qint64 before = quillet.processFigure(u"status"_s, "VmHWM:");
     ASSERT_GT(before, 0);

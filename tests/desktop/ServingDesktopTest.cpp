@@ -116,13 +116,6 @@ TEST_F(ServingDesktop, requestsAreAnsweredByTheLetter) {
                 ElementsAre(Content("text"), Content(), Content("text")));
 }
 
-TEST_F(ServingDesktop, puttingBackMovesTheClipToTheTopAndRecordsNothing) {
-    record("old", u"UTF8_STRING"_s);
-    record("new", u"UTF8_STRING"_s);
-    copyBack(2);
-    EXPECT_THAT(historyAfterMarker(), ElementsAre("old", "new"));
-}
-
 TEST_F(ServingDesktop, aQtProgramUnderstandsUsAndWeIt) {
     const QString client = QStringLiteral(QUILLET_DESKTOP_CLIENT);
     const QByteArray png = pngOf(sampleScreenshot({300, 200}));

@@ -100,17 +100,6 @@ TEST(X11Targets, textIsServedInEveryEncodingThatCanHoldIt) {
     EXPECT_TRUE(empty && empty->isEmpty() && !empty->isNull());
 }
 
-TEST(X11Targets, filesAreServedAsEveryFileManagerWantsThem) {
-    const PasteboardContents files = {
-        content(fileURL, "file:///tmp/a%20%23b.txt\r\nfile:///tmp/%C3%A9\r\n")};
-    EXPECT_EQ(served(files, "text/uri-list"), "file:///tmp/a%20%23b.txt\r\nfile:///tmp/%C3%A9\r\n");
-    EXPECT_EQ(served(files, "x-special/gnome-copied-files"),
-              "copy\nfile:///tmp/a%20%23b.txt\nfile:///tmp/%C3%A9");
-    EXPECT_EQ(served(files, "application/x-kde-cutselection"), "0");
-    EXPECT_EQ(served(files, "UTF8_STRING"), "/tmp/a #b.txt\n/tmp/é");
-    EXPECT_EQ(served(files, "STRING"), "/tmp/a #b.txt\n/tmp/\xe9");
-}
-
 TEST(X11Targets, aLinkIsServedAsTextAndAsUrl) {
     const PasteboardContents link = {content(string, "https://a.example/x"),
                                      content(url, "https://a.example/x")};
@@ -119,15 +108,6 @@ TEST(X11Targets, aLinkIsServedAsTextAndAsUrl) {
     const QByteArray titled = served(link, "text/x-moz-url").value();
     EXPECT_EQ(X11Targets::decode(url, "text/x-moz-url", titled), "https://a.example/x");
     EXPECT_EQ(served(link, "x-special/gnome-copied-files"), std::nullopt);
-}
-
-TEST(X11Targets, aPictureIsServedAsItsBytesOffTheMainThread) {
-    const QByteArray bytes = picture("png");
-    for (const auto& answer : X11Targets::answers({content(png, bytes)})) {
-        EXPECT_EQ(answer.target, "image/png");
-        EXPECT_TRUE(answer.heavy);
-        EXPECT_EQ(answer.bytes(), bytes);
-    }
 }
 
 } // namespace

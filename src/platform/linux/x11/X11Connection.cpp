@@ -69,6 +69,11 @@ X11Connection::~X11Connection() {
     xcb_disconnect(m_xcb);
 }
 
+bool X11Connection::owns(xcb_window_t window) const {
+    const xcb_setup_t* setup = xcb_get_setup(m_xcb);
+    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
 xcb_atom_t X11Connection::atom(const QByteArray& name) const {
     const auto known = m_atoms.constFind(name);
     if (known != m_atoms.constEnd())

@@ -43,6 +43,9 @@ public:
     xcb_connection_t* xcb() const { return m_xcb; }
     xcb_window_t root() const { return m_screen->root; }
 
+    /// Whether this connection made a window.
+    bool owns(xcb_window_t window) const;
+
     /// The id of a name, asked from the server once.
     xcb_atom_t atom(const QByteArray& name) const;
 

@@ -169,10 +169,11 @@ void X11Pasteboard::readHint() {
     request(passwordHint, largestHint, [this](const X11Delivery& delivery) {
         if (delivery.outcome == Outcome::cancelled)
             return;
-        // A hint that cannot be read is taken for the cautious one.
-        const bool isSecret =
-            delivery.outcome != Outcome::data || delivery.bytes.trimmed() == "secret";
-        if (isSecret)
+        // A hint that cannot be read is taken for the cautious one. Some programs send the NUL
+        // that ends the word with it.
+        const bool isReadable = delivery.outcome == Outcome::data && delivery.format == 8;
+        const QByteArray word = delivery.bytes.split('\0').value(0).trimmed();
+        if (!isReadable || word.toLower() == "secret")
             m_targets.append(PasteboardType::concealed.toLatin1());
         finishInspection();
     });
@@ -211,8 +212,13 @@ void X11Pasteboard::readNextSource(const SharedReading& reading) {
     request(target, reading->maxBytes, [this, reading, target](const X11Delivery& delivery) {
         if (!isRunning(reading))
             return;
-        if (delivery.outcome == Outcome::data && delivery.format == 8)
-            decode(reading, target, delivery.bytes);
+        const bool isData = delivery.outcome == Outcome::data && delivery.format == 8;
+        const bool isLatin1 = isData && reading->type == PasteboardType::string &&
+                              delivery.type == XCB_ATOM_STRING && !delivery.bytes.isValidUtf8();
+        if (isData && delivery.type == m_connection.atom("COMPOUND_TEXT"))
+            readNextSource(reading); // an encoding that nobody reads any more
+        else if (isData)
+            decode(reading, isLatin1 ? QByteArray("STRING") : target, delivery.bytes);
         else if (delivery.outcome == Outcome::absent || delivery.outcome == Outcome::data)
             readNextSource(reading);
         else

@@ -143,10 +143,7 @@ void X11SelectionOwner::convert(const SharedRequest& request, size_t pair, xcb_a
         return;
     }
     const xcb_atom_t type = m_connection.atom(answer->type);
-    if (!answer->heavy) {
-        settle(request, pair, deliver(requestor, property, type, answer->bytes()));
-        return;
-    }
+    // Off the main thread: even a text may have to be read from disk and encoded.
     const auto bytes = std::make_shared<QByteArray>();
     m_scheduler.background([bytes, read = answer->bytes] { *bytes = read(); },
                            m_alive([this, request, pair, property, type, bytes] {
@@ -179,6 +176,9 @@ bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t property, xcb
         setBytes(m_connection, requestor, property, type, bytes);
         return true;
     }
+    // A window of ours, or the root, is no requestor: to watch it would undo our own watching.
+    if (requestor == m_connection.root() || m_connection.owns(requestor))
+        return false;
     // A requestor that starts over under the same property has given up what was under way.
     m_sendings.remove_if(
         [&](const Sending& s) { return s.requestor == requestor && s.property == property; });
@@ -206,6 +206,10 @@ void X11SelectionOwner::sendNext(xcb_window_t requestor, xcb_atom_t property) {
         return;
     }
     m_sendings.erase(sending);
+    unwatchIfDone(requestor);
+}
+
+void X11SelectionOwner::unwatchIfDone(xcb_window_t requestor) {
     const bool more = std::any_of(m_sendings.begin(), m_sendings.end(),
                                   [&](const Sending& s) { return s.requestor == requestor; });
     if (!more)
@@ -217,10 +221,12 @@ void X11SelectionOwner::drop(xcb_window_t requestor) {
 }
 
 void X11SelectionOwner::restartSilence(Sending& sending) {
-    sending.silence = m_scheduler.after(silenceAllowed, [this, requestor = sending.requestor] {
-        drop(requestor);
-        watch(requestor, false);
-    });
+    const auto giveUp = [this, requestor = sending.requestor, property = sending.property] {
+        m_sendings.remove_if(
+            [&](const Sending& s) { return s.requestor == requestor && s.property == property; });
+        unwatchIfDone(requestor);
+    };
+    sending.silence = m_scheduler.after(silenceAllowed, giveUp);
 }
 
 void X11SelectionOwner::watch(xcb_window_t requestor, bool on) {

@@ -71,6 +71,7 @@ private:
     void drop(xcb_window_t requestor);
     void restartSilence(Sending& sending);
     void watch(xcb_window_t requestor, bool on);
+    void unwatchIfDone(xcb_window_t requestor);
 
     X11Connection& m_connection;
     Scheduler& m_scheduler;

@@ -6,6 +6,12 @@ namespace quillet {
 
 using Outcome = PasteboardReading::Outcome;
 
+namespace {
+
+constexpr uint32_t sliceBytes = 1024 * 1024;
+
+} // namespace
+
 X11SelectionReader::X11SelectionReader(X11Connection& connection, Scheduler& scheduler)
     : m_connection(connection),
       m_scheduler(scheduler),
@@ -88,11 +94,11 @@ void X11SelectionReader::takeWhole(Transfers::iterator transfer, uint32_t size) 
     if (size > transfer->request.maxBytes) {
         xcb_delete_property(m_connection.xcb(), m_window, transfer->property);
         finish(*transfer, Outcome::tooLarge);
+        close(transfer);
     } else {
-        const bool whole = append(*transfer, size);
-        finish(*transfer, whole ? Outcome::data : Outcome::absent);
+        transfer->state = State::slicing;
+        takeSlice(transfer);
     }
-    close(transfer);
 }
 
 void X11SelectionReader::startIncrements(Transfers::iterator transfer) {
@@ -140,24 +146,49 @@ void X11SelectionReader::takeIncrement(Transfers::iterator transfer, uint32_t si
         finish(*transfer, Outcome::tooLarge);
     if (!transfer->completion)
         xcb_delete_property(m_connection.xcb(), m_window, transfer->property);
-    else if (!append(*transfer, size))
-        finish(*transfer, Outcome::absent);
+    else
+        takeSlice(transfer);
 }
 
-/// Moves `size` bytes of the property to the end of the delivery and deletes the property.
-bool X11SelectionReader::append(Transfer& transfer, uint32_t size) {
+/// Moves the next part of the property to the delivery, and goes on in another turn of the event
+/// loop: a property may hold as much as its owner likes.
+void X11SelectionReader::takeSlice(Transfers::iterator transfer) {
+    if (!transfer->completion) { // nobody waits any more
+        xcb_delete_property(m_connection.xcb(), m_window, transfer->property);
+        endSlices(transfer, Outcome::absent);
+        return;
+    }
     const XcbOwned<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection.xcb(),
-                               xcb_get_property(m_connection.xcb(), 1, m_window, transfer.property,
-                                                XCB_ATOM_ANY, 0, size / 4 + 1),
+                               // The server deletes the property with its last part.
+                               xcb_get_property(m_connection.xcb(), 1, m_window, transfer->property,
+                                                XCB_ATOM_ANY, transfer->taken / 4, sliceBytes / 4),
                                nullptr));
-    if (!reply)
-        return false;
-    transfer.delivery.type = reply->type;
-    transfer.delivery.format = reply->format;
-    transfer.delivery.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                                   xcb_get_property_value_length(reply.get()));
-    return true;
+    if (!reply) {
+        endSlices(transfer, Outcome::absent);
+        return;
+    }
+    const int size = xcb_get_property_value_length(reply.get());
+    transfer->delivery.type = reply->type;
+    transfer->delivery.format = reply->format;
+    transfer->delivery.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                                    size);
+    transfer->taken += static_cast<uint32_t>(size);
+    if (reply->bytes_after == 0 || size == 0)
+        endSlices(transfer, Outcome::data);
+    else
+        transfer->nextSlice =
+            m_scheduler.after(Scheduler::Duration(0), [this, transfer] { takeSlice(transfer); });
+}
+
+/// A whole property is all there is; after an increment the next one is to come.
+void X11SelectionReader::endSlices(Transfers::iterator transfer, Outcome outcome) {
+    transfer->taken = 0;
+    transfer->nextSlice.reset();
+    if (transfer->state == State::slicing || outcome != Outcome::data)
+        finish(*transfer, outcome);
+    if (transfer->state == State::slicing)
+        close(transfer);
 }
 
 void X11SelectionReader::finish(Transfer& transfer, Outcome outcome) {

@@ -47,6 +47,7 @@ public:
 private:
     enum class State {
         asked,     ///< no answer yet
+        slicing,   ///< the whole is there and is being taken
         receiving, ///< increments are coming
         refused    ///< an announced transfer that we never let begin
     };
@@ -57,6 +58,8 @@ private:
         State state = State::asked;
         Completion completion; ///< null once nobody waits for the outcome
         X11Delivery delivery;
+        uint32_t taken = 0; ///< bytes of the property that stands at the moment
+        std::unique_ptr<Timer> nextSlice;
         std::unique_ptr<Timer> deadline;
     };
     using Transfers = std::list<Transfer>;
@@ -67,7 +70,8 @@ private:
     void takeWhole(Transfers::iterator transfer, uint32_t size);
     void startIncrements(Transfers::iterator transfer);
     void takeIncrement(Transfers::iterator transfer, uint32_t size);
-    bool append(Transfer& transfer, uint32_t size);
+    void takeSlice(Transfers::iterator transfer);
+    void endSlices(Transfers::iterator transfer, PasteboardReading::Outcome outcome);
     void finish(Transfer& transfer, PasteboardReading::Outcome outcome);
     void close(Transfers::iterator transfer);
     xcb_atom_t freeProperty();

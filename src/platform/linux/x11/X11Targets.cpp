@@ -100,7 +100,6 @@ struct Row {
     QByteArray propertyType;
     Conversion decode; ///< null: never read from this target
     Conversion encode; ///< null: never offered under this target
-    bool heavy = false;
 };
 
 /// Best source first within a type.
@@ -114,8 +113,8 @@ const std::vector<Row>& table() {
          uriListFromFileManagerList, fileManagerListFromUriList},
         {fileURL, "application/x-kde-cutselection", "application/x-kde-cutselection", nullptr,
          copyNotCut},
-        {png, "image/png", "image/png", same, same, true},
-        {tiff, "image/tiff", "image/tiff", same, same, true},
+        {png, "image/png", "image/png", same, same},
+        {tiff, "image/tiff", "image/tiff", same, same},
         {png, "image/bmp", "", pngFromPicture, nullptr},
         {png, "image/x-bmp", "", pngFromPicture, nullptr},
         {png, "image/x-MS-bmp", "", pngFromPicture, nullptr},
@@ -222,12 +221,10 @@ std::vector<Answer> answers(const PasteboardContents& contents) {
         const auto content = offered(row.type);
         if (!row.encode || content == contents.end() || answered(row.target))
             continue;
-        all.push_back({row.target, row.propertyType,
-                       [bytes = content->bytes, encode = row.encode] {
+        all.push_back({row.target, row.propertyType, [bytes = content->bytes, encode = row.encode] {
                            const QByteArray raw = bytes();
                            return raw.isNull() ? raw : encode(raw).value_or(QByteArray());
-                       },
-                       row.heavy});
+                       }});
     }
     return all;
 }

@@ -32,8 +32,7 @@ bool decodesPicture(const QString& type, const QByteArray& target);
 struct Answer {
     QByteArray target;
     QByteArray type;                   ///< the property type, a name
-    std::function<QByteArray()> bytes; ///< null bytes: refuse
-    bool heavy = false;                ///< reads or converts pictures: not on the main thread
+    std::function<QByteArray()> bytes; ///< any thread; null bytes: refuse
 };
 
 /// All targets under which contents are offered.

@@ -181,13 +181,13 @@ qint64 X11Workspace::pidOf(xcb_window_t window) const {
 RunningApplication X11Workspace::application(const Owner& owner) const {
     if (owner.className.isEmpty() && owner.instance.isEmpty()) {
         const QString program = programName(owner.pid);
-        return {program, program, owner.pid};
+        return {program, program, owner.pid, {}};
     }
     const auto entry = m_entries.byWindowClass(owner.className, owner.instance);
     if (entry)
-        return {entry->id, entry->name, owner.pid};
+        return {entry->id, entry->name, owner.pid, {owner.className, owner.instance}};
     const QString& known = owner.className.isEmpty() ? owner.instance : owner.className;
-    return {known, known, owner.pid};
+    return {known, known, owner.pid, {owner.className, owner.instance}};
 }
 
 } // namespace quillet
