@@ -16,6 +16,7 @@ struct PanelStyle {
     bool ignoresMouse = false; ///< clicks reach what is below
     double margin = 0;         ///< points of clear window around the frame, for the shadow; clicks
                                ///< there reach what is below
+    double cornerRadius = 0;   ///< of the card, for where it has to be cut to shape
 };
 
 /// A window without title bar that floats above ordinary windows, on every desktop and over

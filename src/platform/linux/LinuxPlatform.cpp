@@ -4,6 +4,10 @@
 #include "platform/linux/LinuxScheduler.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/linux/sound/PulseSoundPlayer.h"
+#include "platform/linux/x11/X11Access.h"
+#include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/X11KeySynthesis.h"
+#include "platform/linux/x11/X11Panels.h"
 #include "platform/linux/x11/X11Pasteboard.h"
 #include "platform/linux/x11/X11Screens.h"
 #include "platform/linux/x11/X11Workspace.h"
@@ -13,6 +17,13 @@ namespace quillet {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+struct X11Foundation {
+    explicit X11Foundation(std::unique_ptr<X11Connection> opened) : connection(std::move(opened)) {}
+
+    std::unique_ptr<X11Connection> connection;
+    X11RawInput rawInput{*connection};
+};
 
 Capability capability(const QString& name, bool available, const QString& cause) {
     return {name, available, available ? QString() : cause};
@@ -29,9 +40,11 @@ std::optional<QString> whyNoDisplay() {
 }
 
 std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile) {
-    std::shared_ptr<X11Connection> connection = X11Connection::open();
-    if (!connection)
+    std::unique_ptr<X11Connection> opened = X11Connection::open();
+    if (!opened)
         return u"There is no X11 display with the XFixes extension."_s;
+    auto foundation = std::make_shared<X11Foundation>(std::move(opened));
+    X11Connection& connection = *foundation->connection;
 
     Platform platform;
     platform.name = u"x11"_s;
@@ -39,21 +52,36 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.preferences = std::make_unique<JsonPreferences>(preferencesFile);
     platform.commands = std::make_unique<ProcessCommands>();
     platform.sounds = std::make_unique<PulseSoundPlayer>();
-    platform.screens = std::make_unique<X11Screens>(*connection);
+    auto screens = std::make_unique<X11Screens>(connection);
     auto workspace = std::make_unique<X11Workspace>(
-        *connection, DesktopEntries(DesktopEntries::standardFolders()));
-    auto pasteboard = std::make_unique<X11Pasteboard>(*connection, *platform.scheduler);
-    platform.capabilities = [&workspace = *workspace, &pasteboard = *pasteboard] {
+        connection, DesktopEntries(DesktopEntries::standardFolders()));
+    auto pasteboard = std::make_unique<X11Pasteboard>(connection, *platform.scheduler);
+    auto panels = std::make_unique<X11Panels>(connection, foundation->rawInput, *screens,
+                                              *platform.scheduler);
+    auto hotKeys =
+        std::make_unique<X11HotKeys>(connection, foundation->rawInput, *platform.scheduler);
+    platform.access = std::make_unique<X11Access>(connection);
+    platform.capabilities = [&workspace = *workspace, &pasteboard = *pasteboard,
+                             &access = *platform.access, &panels = *panels, &hotKeys = *hotKeys] {
         return std::vector{
             capability(u"clipboard"_s, true, {}),
             capability(u"clipboardManager"_s, pasteboard.isClipboardManager(),
                        u"Another program keeps the clipboard of programs that quit."_s),
             capability(u"frontmostApplication"_s, workspace.knowsFrontmost(),
-                       u"The window manager does not tell which window is active."_s)};
+                       u"The window manager does not tell which window is active."_s),
+            capability(u"globalShortcuts"_s, hotKeys.isAvailable(),
+                       u"The X server lacks the keyboard extension."_s),
+            capability(u"paste"_s, access.isGranted(Access::Kind::accessibility),
+                       u"The X server lacks the XTest extension."_s),
+            capability(u"translucency"_s, panels.isTranslucent(), u"No compositor is running."_s)};
     };
     platform.workspace = std::move(workspace);
     platform.pasteboard = std::move(pasteboard);
-    platform.foundation = std::move(connection);
+    platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.scheduler);
+    platform.screens = std::move(screens);
+    platform.hotKeys = std::move(hotKeys);
+    platform.panels = std::move(panels);
+    platform.foundation = std::move(foundation);
     return platform;
 }
 

@@ -48,14 +48,24 @@ Point ScreenGeometry::pointAt(int pixelX, int pixelY) const {
     return {place.minX(), place.maxY()};
 }
 
+Rect ScreenGeometry::topLeft(const Rect& rect) const {
+    return {{rect.minX(), base() - rect.maxY()}, rect.size};
+}
+
+/// The bottom of the primary monitor, where y is 0, measured downwards.
+double ScreenGeometry::base() const {
+    if (m_monitors.empty())
+        return 0;
+    const MonitorPixels& primary = m_monitors.front();
+    return primary.y + primary.height / primary.scale;
+}
+
 Rect ScreenGeometry::frame(const MonitorPixels& monitor, int x, int y, int width,
                            int height) const {
-    const MonitorPixels& primary = m_monitors.front();
-    const double base = primary.y + primary.height / primary.scale;
     const double left = monitor.x + (x - monitor.x) / monitor.scale;
     const double top = monitor.y + (y - monitor.y) / monitor.scale;
     const Size size{width / monitor.scale, height / monitor.scale};
-    return {{left, base - top - size.height}, size};
+    return {{left, base() - top - size.height}, size};
 }
 
 void applyStruts(std::vector<MonitorPixels>& monitors, const std::vector<Strut>& struts,

@@ -44,7 +44,11 @@ public:
     /// the first.
     Point pointAt(int pixelX, int pixelY) const;
 
+    /// A rectangle in points as the toolkit has it: y downwards from the top of the desktop.
+    Rect topLeft(const Rect& rect) const;
+
 private:
+    double base() const;
     Rect frame(const MonitorPixels& monitor, int x, int y, int width, int height) const;
 
     std::vector<MonitorPixels> m_monitors;

@@ -45,7 +45,7 @@ std::unique_ptr<X11Connection> X11Connection::open() {
                 xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 4, 0), nullptr));
             if (version && version->major_version >= 2) {
                 return std::unique_ptr<X11Connection>(
-                    new X11Connection(xcb, screen, extension->first_event));
+                    new X11Connection(xcb, screenNumber, screen, extension->first_event));
             }
         }
     }
@@ -53,8 +53,10 @@ std::unique_ptr<X11Connection> X11Connection::open() {
     return nullptr;
 }
 
-X11Connection::X11Connection(xcb_connection_t* xcb, xcb_screen_t* screen, uint8_t xfixesEvent)
+X11Connection::X11Connection(xcb_connection_t* xcb, int screenNumber, xcb_screen_t* screen,
+                             uint8_t xfixesEvent)
     : m_xcb(xcb),
+      m_screenNumber(screenNumber),
       m_screen(screen),
       m_xfixesEvent(xfixesEvent),
       m_notifier(xcb_get_file_descriptor(xcb), QSocketNotifier::Read) {
@@ -62,6 +64,8 @@ X11Connection::X11Connection(xcb_connection_t* xcb, xcb_screen_t* screen, uint8_
     // Waiting for a reply can pull events off the socket, which then stays quiet.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             &X11Connection::drain);
+    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(xcb, root(), XCB_CW_EVENT_MASK, &mask);
 }
 
 X11Connection::~X11Connection() {

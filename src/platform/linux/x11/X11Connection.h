@@ -22,7 +22,8 @@ using XcbOwned = std::unique_ptr<T, XcbFree>;
 /// Our own connection to the X server, apart from the toolkit's, so that errors, grabs and
 /// selections stay among ourselves and vanish when it closes.
 ///
-/// Events reach every listener in the order of the server. A turn of the event loop handles a few
+/// Events, changes of the root's properties among them, reach every listener in the order of the
+/// server. A turn of the event loop handles a few
 /// milliseconds of them at most, so a flood never holds the loop up.
 class X11Connection : public QObject {
 public:
@@ -42,6 +43,7 @@ public:
 
     xcb_connection_t* xcb() const { return m_xcb; }
     xcb_window_t root() const { return m_screen->root; }
+    int screenNumber() const { return m_screenNumber; }
 
     /// Whether this connection made a window.
     bool owns(xcb_window_t window) const;
@@ -73,12 +75,14 @@ public:
     void flush() const { xcb_flush(m_xcb); }
 
 private:
-    X11Connection(xcb_connection_t* xcb, xcb_screen_t* screen, uint8_t xfixesEvent);
+    X11Connection(xcb_connection_t* xcb, int screenNumber, xcb_screen_t* screen,
+                  uint8_t xfixesEvent);
     void drain();
     void continueNextTurn();
     void dispatch(const xcb_generic_event_t& event);
 
     xcb_connection_t* m_xcb;
+    int m_screenNumber;
     xcb_screen_t* m_screen;
     uint8_t m_xfixesEvent;
     QSocketNotifier m_notifier;

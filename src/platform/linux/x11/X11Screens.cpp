@@ -21,7 +21,9 @@ double scaleOf(const QString& name) {
 X11Screens::X11Screens(X11Connection& connection) : m_connection(connection) {}
 
 std::vector<Screen> X11Screens::all() const {
-    return ScreenGeometry(monitors()).screens();
+    std::vector<MonitorPixels> found = monitors();
+    takeOutStruts(found);
+    return ScreenGeometry(std::move(found)).screens();
 }
 
 Point X11Screens::mouseLocation() const {
@@ -63,11 +65,14 @@ std::vector<MonitorPixels> X11Screens::monitors() const {
         whole.scale = qGuiApp->devicePixelRatio();
         monitors.push_back(whole);
     }
-    applyStruts(monitors, struts(root->width, root->height), root->width, root->height);
     return monitors;
 }
 
-std::vector<Strut> X11Screens::struts(int rootWidth, int rootHeight) const {
+void X11Screens::takeOutStruts(std::vector<MonitorPixels>& monitors) const {
+    const XcbOwned<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
+        m_connection.xcb(), xcb_get_geometry(m_connection.xcb(), m_connection.root()), nullptr));
+    if (!root)
+        return;
     std::vector<Strut> struts;
     const auto clients = m_connection.values(
         m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
@@ -79,15 +84,15 @@ std::vector<Strut> X11Screens::struts(int rootWidth, int rootHeight) const {
                                     4);
             if (v.size() != 4)
                 continue;
-            const auto width = static_cast<uint32_t>(rootWidth - 1);
-            const auto height = static_cast<uint32_t>(rootHeight - 1);
+            const auto width = static_cast<uint32_t>(root->width - 1);
+            const auto height = static_cast<uint32_t>(root->height - 1);
             v.insert(v.end(), {0, height, 0, height, 0, width, 0, width});
         }
         const auto at = [&v](size_t i) { return static_cast<int>(v[i]); };
         struts.push_back(
             {at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7), at(8), at(9), at(10), at(11)});
     }
-    return struts;
+    applyStruts(monitors, struts, root->width, root->height);
 }
 
 } // namespace quillet

@@ -13,9 +13,12 @@ public:
     std::vector<Screen> all() const override;
     Point mouseLocation() const override;
 
+    /// Where the monitors are, without their work areas.
+    ScreenGeometry geometry() const { return ScreenGeometry(monitors()); }
+
 private:
     std::vector<MonitorPixels> monitors() const;
-    std::vector<Strut> struts(int rootWidth, int rootHeight) const;
+    void takeOutStruts(std::vector<MonitorPixels>& monitors) const;
 
     X11Connection& m_connection;
 };

@@ -55,8 +55,6 @@ X11Workspace::X11Workspace(X11Connection& connection, DesktopEntries entries)
           if (property.window == m_connection.root() && property.atom == m_activeWindow)
               noteActiveWindow();
       })) {
-    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(connection.xcb(), connection.root(), XCB_CW_EVENT_MASK, &mask);
     noteActiveWindow();
 }
 

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/Alive.h"
+#include "platform/HotKeyService.h"
+#include "platform/linux/x11/X11Keymap.h"
+#include "platform/linux/x11/X11RawInput.h"
+#include "platform/Scheduler.h"
+
+#include <QAbstractNativeEventFilter>
+
+namespace quillet {
+
+/// Shortcuts as passive grabs of keys on the root, each with every combination of the lock
+/// modifiers. When the keyboard's layout changes, the grabs move to where the symbols are then.
+/// Command is the Super key. While a panel or menu of this program has the keyboard, grabs do not
+/// work, so its keys are looked at, too. Outlives its registrations.
+class X11HotKeys : public HotKeyService, private QAbstractNativeEventFilter {
+public:
+    X11HotKeys(X11Connection& connection, X11RawInput& rawInput, Scheduler& scheduler);
+    ~X11HotKeys() override;
+
+    /// Whether the server tells enough about the keyboard.
+    bool isAvailable() const { return m_keymap != nullptr; }
+
+    std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers, uint32_t id) override;
+
+private:
+    struct Grab {
+        xcb_keycode_t key = 0;
+        uint16_t modifiers = 0;
+        bool operator==(const Grab&) const = default;
+    };
+    class Entry;
+
+    std::vector<Grab> grabsFor(uint32_t keyCode, uint32_t modifiers) const;
+    bool grab(const std::vector<Grab>& wanted);
+    void ungrab(const std::vector<Grab>& grabs);
+    bool isHeld(const Grab& grab) const;
+    void loadKeymap();
+    void followKeymap();
+    void remove(Entry& entry);
+
+    void handle(const xcb_generic_event_t& event);
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    bool pressed(const xcb_key_press_event_t& event);
+    void report(uint32_t id);
+
+    X11Connection& m_connection;
+    X11RawInput& m_rawInput;
+    Scheduler& m_scheduler;
+    uint8_t m_xkbEvent = 0;
+    std::unique_ptr<X11Keymap> m_keymap; ///< null without the keyboard extension
+    std::vector<Entry*> m_entries;
+    std::optional<xcb_keycode_t> m_keyDown; ///< the shortcut's key that is being held
+    X11RawInput::Watch m_release;           ///< of that key
+    std::unique_ptr<Timer> m_keymapChange;
+    X11Connection::Listening m_listening;
+    Alive m_alive;
+};
+
+} // namespace quillet

@@ -1,0 +1,232 @@
+#include "platform/linux/x11/X11KeySynthesis.h"
+
+#include "platform/linux/x11/X11Panels.h"
+
+#include <algorithm>
+#include <QLoggingCategory>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+namespace quillet {
+
+Q_LOGGING_CATEGORY(logKeys, "quillet.keys", QtWarningMsg)
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr Scheduler::Duration retryInterval{10};
+constexpr int attempts = 50;
+
+// Programs ask for the new map of the keyboard when they read of the change, and only then know
+// what the key they were sent means.
+constexpr Scheduler::Duration lending{1000};
+
+struct ModifierFlag {
+    uint64_t flag;
+    xcb_keysym_t symbol;
+};
+
+constexpr ModifierFlag modifierFlags[] = {
+    {1U << 17, XKB_KEY_Shift_L},
+    {1U << 18, XKB_KEY_Control_L},
+    {1U << 19, XKB_KEY_Alt_L},
+    {1U << 20, XKB_KEY_Control_L},
+};
+constexpr uint64_t commandFlag = 1U << 20;
+constexpr uint64_t shiftFlag = 1U << 17;
+
+/// Classes of windows in which Control+Shift+V pastes, in lower case.
+constexpr QByteArrayView terminals[] = {
+    "alacritty",
+    "blackbox",
+    "com.mitchellh.ghostty",
+    "com.raggesilver.blackbox",
+    "cool-retro-term",
+    "deepin-terminal",
+    "gnome-terminal",
+    "gnome-terminal-server",
+    "guake",
+    "io.elementary.terminal",
+    "kgx",
+    "kitty",
+    "konsole",
+    "lxterminal",
+    "mate-terminal",
+    "org.gnome.console",
+    "org.gnome.ptyxis",
+    "org.wezfurlong.wezterm",
+    "pantheon-terminal",
+    "qterminal",
+    "roxterm",
+    "sakura",
+    "st-256color",
+    "terminator",
+    "terminology",
+    "termite",
+    "tilda",
+    "tilix",
+    "uxterm",
+    "xfce4-terminal",
+    "xterm",
+    "yakuake",
+};
+
+} // namespace
+
+X11KeySynthesis::X11KeySynthesis(X11Connection& connection, const X11Panels& panels,
+                                 Scheduler& scheduler)
+    : m_connection(connection), m_panels(panels), m_scheduler(scheduler) {
+    const auto* test = xcb_get_extension_data(connection.xcb(), &xcb_test_id);
+    m_hasTest = test && test->present;
+}
+
+X11KeySynthesis::~X11KeySynthesis() {
+    takeBackKey();
+}
+
+void X11KeySynthesis::post(const std::vector<KeyEvent>& events) {
+    if (!m_hasTest)
+        return;
+    m_waiting.push_back({events, attempts});
+    sendWhatIsDue();
+}
+
+void X11KeySynthesis::sendWhatIsDue() {
+    m_retry.reset();
+    if (isTargetReady()) {
+        for (const Post& post : std::exchange(m_waiting, {}))
+            send(post.events);
+        return;
+    }
+    const auto expired =
+        std::erase_if(m_waiting, [](Post& post) { return post.attemptsLeft-- == 0; });
+    if (expired > 0)
+        qCWarning(logKeys, "no window took the keyboard; keys were not posted");
+    if (!m_waiting.empty())
+        m_retry = m_scheduler.after(retryInterval, [this] { sendWhatIsDue(); });
+}
+
+bool X11KeySynthesis::isTargetReady() const {
+    if (m_panels.hasKeyboard())
+        return false;
+    const XcbOwned<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        m_connection.xcb(), xcb_get_input_focus(m_connection.xcb()), nullptr));
+    return focus && focus->focus != XCB_INPUT_FOCUS_NONE;
+}
+
+bool X11KeySynthesis::isTargetTerminal() const {
+    const auto active = m_connection.values(
+        m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 1);
+    if (active.empty())
+        return false;
+    const QList<QByteArray> names =
+        m_connection.bytes(active.front(), XCB_ATOM_WM_CLASS).toLower().split('\0');
+    return std::any_of(names.begin(), names.end(), [](const QByteArray& name) {
+        return std::find(std::begin(terminals), std::end(terminals), name) != std::end(terminals);
+    });
+}
+
+void X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
+    const auto keymap = X11Keymap::current(m_connection);
+    if (!keymap)
+        return;
+    const bool isTerminal = isTargetTerminal();
+    const std::vector<xcb_keycode_t> held = heldModifiers(*keymap);
+    for (const xcb_keycode_t key : held)
+        fake(key, false);
+
+    std::set<xcb_keycode_t> down;
+    for (const KeyEvent& event : events) {
+        const std::optional<KeyMeaning> meaning = keyMeaning(event.keyCode);
+        const auto key = meaning ? keyFor(*keymap, meaning->keysym) : std::nullopt;
+        if (!key) {
+            qCWarning(logKeys, "the keyboard has no key for the code %d", event.keyCode);
+            continue;
+        }
+        uint64_t flags = event.flags;
+        if (isTerminal && (flags & commandFlag))
+            flags |= shiftFlag;
+        std::set<xcb_keycode_t> wanted;
+        for (const ModifierFlag& modifier : modifierFlags) {
+            const auto modifierKey = keymap->keyWith({modifier.symbol});
+            if ((flags & modifier.flag) && modifierKey)
+                wanted.insert(*modifierKey);
+        }
+        change(down, wanted);
+        fake(*key, event.isDown);
+    }
+    change(down, {});
+
+    for (const xcb_keycode_t key : held)
+        fake(key, true);
+    m_connection.flush();
+}
+
+std::optional<xcb_keycode_t> X11KeySynthesis::keyFor(const X11Keymap& keymap, xcb_keysym_t symbol) {
+    const std::optional<xcb_keycode_t> typing = keymap.typingKey(symbol);
+    if (typing && typing != m_lentKey)
+        return typing;
+    if (!typing)
+        takeBackKey();
+    const std::optional<xcb_keycode_t> lent = typing ? typing : keymap.unusedKey();
+    if (lent)
+        lendKey(*lent, symbol);
+    return lent;
+}
+
+std::vector<xcb_keycode_t> X11KeySynthesis::heldModifiers(const X11Keymap& keymap) const {
+    xcb_connection_t* xcb = m_connection.xcb();
+    const XcbOwned<xcb_query_keymap_reply_t> keys(
+        xcb_query_keymap_reply(xcb, xcb_query_keymap(xcb), nullptr));
+    std::vector<xcb_keycode_t> held = keymap.modifierKeys(keymap.locks());
+    std::erase_if(held, [&](xcb_keycode_t key) {
+        return !keys || !(keys->keys[key / 8] & (1U << (key % 8)));
+    });
+    return held;
+}
+
+/// Presses and releases modifiers so that `down` becomes `wanted`.
+void X11KeySynthesis::change(std::set<xcb_keycode_t>& down, const std::set<xcb_keycode_t>& wanted) {
+    for (const xcb_keycode_t key : down) {
+        if (!wanted.contains(key))
+            fake(key, false);
+    }
+    for (const xcb_keycode_t key : wanted) {
+        if (!down.contains(key))
+            fake(key, true);
+    }
+    down = wanted;
+}
+
+void X11KeySynthesis::fake(xcb_keycode_t key, bool isDown) {
+    xcb_test_fake_input(m_connection.xcb(), isDown ? XCB_KEY_PRESS : XCB_KEY_RELEASE, key,
+                        XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+}
+
+void X11KeySynthesis::lendKey(xcb_keycode_t key, xcb_keysym_t symbol) {
+    // Plain and shifted, in both layouts that the core protocol knows; others repeat these.
+    const xcb_keysym_t symbols[] = {symbol, symbol, symbol, symbol};
+    xcb_change_keyboard_mapping(m_connection.xcb(), 1, key, std::size(symbols), symbols);
+    m_lentKey = key;
+    m_lentSymbol = symbol;
+    m_takeBack = m_scheduler.after(lending, [this] { takeBackKey(); });
+}
+
+void X11KeySynthesis::takeBackKey() {
+    m_takeBack.reset();
+    if (!m_lentKey)
+        return;
+    const xcb_keycode_t key = *std::exchange(m_lentKey, std::nullopt);
+    xcb_connection_t* xcb = m_connection.xcb();
+    const XcbOwned<xcb_get_keyboard_mapping_reply_t> now(
+        xcb_get_keyboard_mapping_reply(xcb, xcb_get_keyboard_mapping(xcb, key, 1), nullptr));
+    // A change of the layout took it back already, perhaps for a symbol of its own.
+    if (!now || *xcb_get_keyboard_mapping_keysyms(now.get()) != m_lentSymbol)
+        return;
+    const xcb_keysym_t nothing = XCB_NO_SYMBOL;
+    xcb_change_keyboard_mapping(xcb, 1, key, 1, &nothing);
+    m_connection.flush();
+}
+
+} // namespace quillet

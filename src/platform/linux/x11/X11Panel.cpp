@@ -1,0 +1,179 @@
+#include "platform/linux/x11/X11Panel.h"
+
+#include <cmath>
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QPainterPath>
+#include <QWidget>
+#include <QWindow>
+#include <xcb/shape.h>
+
+namespace quillet {
+
+Q_LOGGING_CATEGORY(logPanels, "quillet.panels", QtWarningMsg)
+
+namespace {
+
+// The key that opened the panel may still be down, or a menu of another program be closing.
+constexpr Scheduler::Duration grabRetry{10};
+constexpr int grabAttempts = 60;
+
+/// The toolkit's connection made the window, so requests about it keep their order there.
+xcb_connection_t* toolkit() {
+    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+}
+
+xcb_window_t windowOf(const QWidget& widget) {
+    return static_cast<xcb_window_t>(widget.internalWinId());
+}
+
+QRect rounded(const Rect& topLeft) {
+    const auto left = static_cast<int>(std::lround(topLeft.minX()));
+    const auto top = static_cast<int>(std::lround(topLeft.minY()));
+    return {left, top, static_cast<int>(std::lround(topLeft.maxX())) - left,
+            static_cast<int>(std::lround(topLeft.maxY())) - top};
+}
+
+} // namespace
+
+X11Panel::X11Panel(X11Panels& panels, QWidget& content, const PanelStyle& style)
+    : m_panels(panels), m_content(content), m_style(style) {
+    // Without WindowDoesNotAcceptFocus the toolkit would set the focus when a menu of the panel
+    // closes, and no window would be the active one.
+    content.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::X11BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
+    content.setAttribute(Qt::WA_TranslucentBackground);
+    content.setAttribute(Qt::WA_ShowWithoutActivating);
+    content.setAttribute(Qt::WA_QuitOnClose, false);
+    content.winId(); // makes the window
+}
+
+X11Panel::~X11Panel() {
+    orderOut();
+    m_panels.removed(*this);
+}
+
+void X11Panel::setFrame(const Rect& frame) {
+    m_frame = frame;
+    const QSize before = m_content.size();
+    m_content.setGeometry(rounded(
+        m_panels.m_screens.geometry().topLeft(frame.inset(-m_style.margin, -m_style.margin))));
+    if (m_content.size() != before)
+        applyShape();
+}
+
+void X11Panel::setAlpha(double alpha) {
+    m_alpha = alpha;
+    m_content.setWindowOpacity(alpha);
+}
+
+void X11Panel::orderFront() {
+    applyShape();
+    m_content.show();
+    m_panels.raise(*this);
+}
+
+void X11Panel::makeKeyAndOrderFront() {
+    orderFront();
+    if (!m_style.canBecomeKey)
+        return;
+    m_panels.becameKey(*this);
+    if (!m_isKey)
+        qApp->installEventFilter(this);
+    m_isKey = true;
+    takeKeyboard(grabAttempts);
+}
+
+void X11Panel::orderOut() {
+    giveKeyboardBack();
+    m_content.hide();
+    xcb_flush(toolkit());
+}
+
+bool X11Panel::isVisible() const {
+    return m_content.isVisible();
+}
+
+void X11Panel::raiseWindow() {
+    m_content.raise();
+}
+
+void X11Panel::resignKey() {
+    if (!m_isKey)
+        return;
+    giveKeyboardBack();
+    if (onResignKey)
+        onResignKey();
+}
+
+bool X11Panel::eventFilter(QObject* object, QEvent* event) {
+    // A menu takes the keyboard for itself and drops it when it closes.
+    if (event->type() == QEvent::Hide && object->isWidgetType() &&
+        static_cast<QWidget*>(object)->windowType() == Qt::Popup) {
+        m_retry = m_panels.m_scheduler.after(Scheduler::Duration(0),
+                                             [this] { takeKeyboard(grabAttempts); });
+    }
+    return false;
+}
+
+/// Clicks reach what is below, except on the card. Where windows cannot be translucent, nothing
+/// but the card is there at all.
+void X11Panel::applyShape() {
+    const int margin = static_cast<int>(std::lround(m_style.margin));
+    const QRect card = m_content.rect().adjusted(margin, margin, -margin, -margin);
+    if (m_panels.isTranslucent()) {
+        m_content.clearMask();
+    } else {
+        QPainterPath path;
+        path.addRoundedRect(card, m_style.cornerRadius, m_style.cornerRadius);
+        m_content.setMask(QRegion(path.toFillPolygon().toPolygon()));
+    }
+    const qreal scale = m_content.devicePixelRatio();
+    const auto pixels = [scale](int points) { return std::lround(points * scale); };
+    const xcb_rectangle_t clickable{
+        static_cast<int16_t>(pixels(card.x())), static_cast<int16_t>(pixels(card.y())),
+        static_cast<uint16_t>(pixels(card.width())), static_cast<uint16_t>(pixels(card.height()))};
+    xcb_shape_rectangles(toolkit(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                         XCB_CLIP_ORDERING_UNSORTED, windowOf(m_content), 0, 0,
+                         m_style.ignoresMouse ? 0 : 1, &clickable);
+}
+
+void X11Panel::takeKeyboard(int attemptsLeft) {
+    m_retry.reset();
+    if (!m_isKey || QApplication::activePopupWidget())
+        return;
+    if (m_content.windowHandle()->setKeyboardGrabEnabled(true))
+        return;
+    if (attemptsLeft == 0) {
+        takeFocus();
+        return;
+    }
+    m_retry = m_panels.m_scheduler.after(grabRetry,
+                                         [this, attemptsLeft] { takeKeyboard(attemptsLeft - 1); });
+}
+
+void X11Panel::takeFocus() {
+    qCWarning(logPanels, "another program holds the keyboard; the panel gets keys when it lets go");
+    const XcbOwned<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(toolkit(), xcb_get_input_focus(toolkit()), nullptr));
+    m_focusBefore = focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
+    xcb_set_input_focus(toolkit(), XCB_INPUT_FOCUS_PARENT, windowOf(m_content), XCB_CURRENT_TIME);
+    xcb_flush(toolkit());
+}
+
+void X11Panel::giveKeyboardBack() {
+    if (!m_isKey)
+        return;
+    m_isKey = false;
+    m_retry.reset();
+    qApp->removeEventFilter(this);
+    m_content.windowHandle()->setKeyboardGrabEnabled(false);
+    if (m_focusBefore != XCB_WINDOW_NONE) {
+        xcb_set_input_focus(toolkit(), XCB_INPUT_FOCUS_PARENT, m_focusBefore, XCB_CURRENT_TIME);
+        m_focusBefore = XCB_WINDOW_NONE;
+    }
+    xcb_flush(toolkit());
+    m_panels.gaveUpKey(*this);
+}
+
+} // namespace quillet

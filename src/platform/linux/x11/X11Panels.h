@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/linux/x11/X11RawInput.h"
+#include "platform/linux/x11/X11Screens.h"
+#include "platform/Panels.h"
+#include "platform/Scheduler.h"
+
+namespace quillet {
+
+class X11Panel;
+
+/// Panels as windows that the window manager does not manage. Knows their order and which of them
+/// has the keyboard, and takes it away when the user clicks elsewhere or another window becomes
+/// active. Outlives its panels.
+class X11Panels : public Panels {
+public:
+    X11Panels(X11Connection& connection, X11RawInput& rawInput, const X11Screens& screens,
+              Scheduler& scheduler);
+
+    std::unique_ptr<Panel> make(QWidget& content, const PanelStyle& style) override;
+    bool isTranslucent() const override;
+
+    /// Whether the keys that are typed go to a panel.
+    bool hasKeyboard() const { return m_key != nullptr; }
+
+private:
+    friend class X11Panel;
+
+    void raise(X11Panel& panel);
+    void becameKey(X11Panel& panel);
+    void gaveUpKey(const X11Panel& panel);
+    void removed(X11Panel& panel);
+
+    void buttonPressed(uint32_t button);
+    bool isPointerOnOurs() const;
+    xcb_window_t activeWindow() const;
+    void activeWindowChanged();
+
+    X11Connection& m_connection;
+    X11RawInput& m_rawInput;
+    const X11Screens& m_screens;
+    Scheduler& m_scheduler;
+    xcb_atom_t m_activeWindow;
+    xcb_atom_t m_compositor;
+    std::vector<X11Panel*> m_panels; ///< lowest first
+    X11Panel* m_key = nullptr;
+    xcb_window_t m_activeAtKey = XCB_WINDOW_NONE; ///< the active window when m_key became key
+    X11RawInput::Watch m_clicks;                  ///< while there is a key panel
+    X11Connection::Listening m_listening;
+};
+
+} // namespace quillet
