@@ -1,4 +1,5 @@
 #include "app/look/ButtonPainting.h"
+#include "app/look/Layer.h"
 #include "app/look/Shadow.h"
 
 #include <cmath>
@@ -81,6 +82,22 @@ void paintBorderlessGround(QPainter& painter, const QRectF& rect, double corner,
     fillRounded(painter, rect, corner, colors.primaryAt(tint));
 }
 
+void paintGround(QPainter& painter, const QRectF& rect, const ButtonLook& look,
+                 const ThemeColors& colors) {
+    const double corner = cornerRadius(look.size);
+    switch (look.kind) {
+    case ButtonKind::prominent:
+        paintProminentGround(painter, rect, corner, look.state);
+        return;
+    case ButtonKind::regular:
+        paintRegularGround(painter, rect, corner, look.state, colors);
+        return;
+    case ButtonKind::borderless:
+        paintBorderlessGround(painter, rect, corner, look.state, colors);
+        return;
+    }
+}
+
 } // namespace
 
 QSizeF buttonSize(const ButtonLook& look) {
@@ -92,63 +109,51 @@ double cornerRadius(ButtonSize size) {
     return measures(size).corner;
 }
 
-void paintButton(QPainter& painter, const QRectF& rect, const ButtonLook& look,
+void paintButton(QPainter& target, const QRectF& rect, const ButtonLook& look,
                  const ThemeColors& colors) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!look.state.isEnabled)
-        painter.setOpacity(painter.opacity() * disabledOpacity);
-    const double corner = cornerRadius(look.size);
-    switch (look.kind) {
-    case ButtonKind::prominent:
-        paintProminentGround(painter, rect, corner, look.state);
-        break;
-    case ButtonKind::regular:
-        paintRegularGround(painter, rect, corner, look.state, colors);
-        break;
-    case ButtonKind::borderless:
-        paintBorderlessGround(painter, rect, corner, look.state, colors);
-        break;
-    }
-    paintText(painter, rect, Qt::AlignCenter, look.text, textStyle(look),
-              look.kind == ButtonKind::prominent ? QColor(Qt::white) : colors.primary);
-    painter.restore();
+    paintFaded(target, rect, opacity(look.state), [&](QPainter& painter) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintGround(painter, rect, look, colors);
+        paintText(painter, rect, Qt::AlignCenter, look.text, textStyle(look),
+                  look.kind == ButtonKind::prominent ? QColor(Qt::white) : colors.primary);
+        painter.restore();
+    });
 }
 
-void paintSymbolButton(QPainter& painter, const QRectF& rect, const SymbolButtonLook& look,
+void paintSymbolButton(QPainter& target, const QRectF& rect, const SymbolButtonLook& look,
                        const ThemeColors& colors) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!look.state.isEnabled)
-        painter.setOpacity(painter.opacity() * disabledOpacity);
-    paintBorderlessGround(painter, rect, symbolButtonRadius, look.state, colors);
-    paintSymbol(painter, rect, look.symbol, look.fontSize, colors.primary, look.weight);
-    painter.restore();
+    paintFaded(target, rect, opacity(look.state), [&](QPainter& painter) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintBorderlessGround(painter, rect, symbolButtonRadius, look.state, colors);
+        paintSymbol(painter, rect, look.symbol, look.fontSize, colors.primary, look.weight);
+        painter.restore();
+    });
 }
 
 QSizeF chipSize(const QString& text) {
     return {std::ceil(textWidth(text, chipStyle())) + 20, 26};
 }
 
-void paintChip(QPainter& painter, const QRectF& rect, const ChipLook& look,
+void paintChip(QPainter& target, const QRectF& rect, const ChipLook& look,
                const ThemeColors& colors) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!look.state.isEnabled)
-        painter.setOpacity(painter.opacity() * disabledOpacity);
-    else if (look.state.isPressed)
-        painter.setOpacity(painter.opacity() * 0.7);
-    const QColor ground = look.isSelected
-                              ? mixed(Theme::accent, Theme::accentHover, look.state.hover)
-                              : colors.primaryAt(0.05 + 0.04 * look.state.hover);
-    fillRounded(painter, rect, rect.height() / 2, ground);
-    paintText(painter, rect, Qt::AlignCenter, look.text, chipStyle(),
-              look.isSelected ? QColor(Qt::white) : colors.primary);
-    painter.restore();
+    const double share = look.state.isPressed ? 0.7 : opacity(look.state);
+    paintFaded(target, rect, share, [&](QPainter& painter) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QColor ground = look.isSelected
+                                  ? mixed(Theme::accent, Theme::accentHover, look.state.hover)
+                                  : colors.primaryAt(0.05 + 0.04 * look.state.hover);
+        fillRounded(painter, rect, rect.height() / 2, ground);
+        paintText(painter, rect, Qt::AlignCenter, look.text, chipStyle(),
+                  look.isSelected ? QColor(Qt::white) : colors.primary);
+        painter.restore();
+    });
 }
 
 QSizeF keyCapSize(const QString& text) {
-    return {std::max(24.0, std::ceil(textWidth(text, keyCapStyle())) + 14), 22};
+    return {std::max(24.0, std::ceil(textWidth(text, keyCapStyle()) - 0.5) + 14), 22};
 }
 
 void paintKeyCap(QPainter& painter, const QRectF& rect, const QString& text,
@@ -159,7 +164,7 @@ void paintKeyCap(QPainter& painter, const QRectF& rect, const QString& text,
     painter.setRenderHint(QPainter::Antialiasing);
     // The darker lower edge is what an underlay of the same shape leaves to be seen.
     fillRounded(painter, rect, corner, colors.control);
-    fillRounded(painter, rect, corner, withAlpha(Qt::black, colors.isDark() ? 0.45 : 0.26));
+    fillRounded(painter, rect, corner, withAlpha(Qt::black, colors.isDark() ? 0.35 : 0.14));
     const QRectF top = rect.adjusted(0, 0, 0, -edge + 0.5);
     fillRounded(painter, top, corner, colors.control);
     strokeInside(painter, rect, corner, colors.keyCapBorder);

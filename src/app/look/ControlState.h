@@ -12,4 +12,8 @@ struct ControlState {
 /// How much of a disabled control shows.
 inline constexpr double disabledOpacity = 0.4;
 
+inline double opacity(const ControlState& state) {
+    return state.isEnabled ? 1 : disabledOpacity;
+}
+
 } // namespace quillet

@@ -48,9 +48,8 @@ QSizeF tooltipSize(const QString& text) {
 
 void paintTooltip(QPainter& painter, const QRectF& rect, const QString& text,
                   const ThemeColors& colors) {
-    constexpr double corner = 6;
-    paintToastShadow(painter, rect, corner, colors);
-    paintGlassCard(painter, rect, corner, colors, Material::thick);
+    paintToastShadow(painter, rect, tooltipRadius, colors);
+    paintGlassCard(painter, rect, tooltipRadius, colors, Material::thick);
     paintText(painter, rect, Qt::AlignCenter, text, TextStyles::subheadline, colors.primary);
 }
 

@@ -21,6 +21,7 @@ void paintSearchSymbol(QPainter& painter, const QRectF& field, const ThemeColors
 void paintCaret(QPainter& painter, const QRectF& caret);
 
 /// A word of help beside the pointer; `rect` is without its shadow.
+inline constexpr double tooltipRadius = 6;
 QSizeF tooltipSize(const QString& text);
 void paintTooltip(QPainter& painter, const QRectF& rect, const QString& text,
                   const ThemeColors& colors);

@@ -60,4 +60,8 @@ void paintGlassCard(QPainter& painter, const QRectF& rect, double cornerRadius,
     painter.restore();
 }
 
+QRegion cardMask(const QRectF& rect, double cornerRadius) {
+    return QRegion(continuousRect(rect, cornerRadius).toFillPolygon().toPolygon());
+}
+
 } // namespace quillet

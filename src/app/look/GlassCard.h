@@ -3,6 +3,7 @@
 #include "app/look/Theme.h"
 
 #include <QPainterPath>
+#include <QRegion>
 
 class QPainter;
 
@@ -22,5 +23,8 @@ enum class Translucency { translucent, opaque };
 void paintGlassCard(QPainter& painter, const QRectF& rect, double cornerRadius,
                     const ThemeColors& colors, Material material = Material::regular,
                     Translucency translucency = Translucency::translucent);
+
+/// The pixels of a card, for a window that cannot be translucent.
+QRegion cardMask(const QRectF& rect, double cornerRadius);
 
 } // namespace quillet

@@ -50,6 +50,11 @@ QString thickened(QString svg, double extra) {
     return svg;
 }
 
+/// Room around the drawing for strokes that thickening carries over its edge.
+int strokeMargin(int pixels) {
+    return (pixels + 15) / 16;
+}
+
 QImage render(const QString& name, int pixels, SymbolWeight weight) {
     QFile file(path(name, weight));
     if (!file.open(QIODevice::ReadOnly))
@@ -58,12 +63,21 @@ QImage render(const QString& name, int pixels, SymbolWeight weight) {
     if (const double extra = extraStroke(weight); extra > 0)
         svg = thickened(svg, extra);
     QSvgRenderer renderer(svg.toUtf8());
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    const int margin = strokeMargin(pixels);
+    QImage image(pixels + 2 * margin, pixels + 2 * margin, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    renderer.render(&painter, image.rect());
+    renderer.render(&painter, QRectF(margin, margin, pixels, pixels));
     return image;
+}
+
+/// Every symbol is drawn once for each size and weight.
+QImage mask(const QString& name, int pixels, SymbolWeight weight) {
+    static QHash<std::pair<QString, int>, QImage> masks;
+    const auto key = std::make_pair(name, pixels * 4 + static_cast<int>(weight));
+    const auto found = masks.constFind(key);
+    return found != masks.constEnd() ? *found : *masks.insert(key, render(name, pixels, weight));
 }
 
 } // namespace
@@ -72,18 +86,11 @@ bool hasSymbol(const QString& name) {
     return QFile::exists(path(name, SymbolWeight::regular));
 }
 
-QImage symbolMask(const QString& name, double fontSize, double scale, SymbolWeight weight) {
-    const int pixels = static_cast<int>(std::ceil(symbolSide(fontSize) * scale));
-    static QHash<std::pair<QString, int>, QImage> masks;
-    const auto key = std::make_pair(name, pixels * 4 + static_cast<int>(weight));
-    const auto found = masks.constFind(key);
-    return found != masks.constEnd() ? *found : *masks.insert(key, render(name, pixels, weight));
-}
-
 void paintSymbol(QPainter& painter, const QRectF& rect, const QString& name, double fontSize,
                  const QColor& color, SymbolWeight weight) {
     const double scale = painter.device()->devicePixelRatioF();
-    QImage image = symbolMask(name, fontSize, scale, weight);
+    const int pixels = static_cast<int>(std::ceil(symbolSide(fontSize) * scale));
+    QImage image = mask(name, pixels, weight);
     if (image.isNull())
         return;
     QPainter tint(&image);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QImage>
 #include <QString>
 
 class QPainter;
@@ -19,12 +18,7 @@ constexpr double symbolSide(double fontSize) {
     return fontSize + 1;
 }
 
-/// A symbol's coverage in a square of symbolSide(fontSize) points at `scale` pixels a point, drawn
-/// once and then remembered. Empty without a symbol of this name.
-QImage symbolMask(const QString& name, double fontSize, double scale,
-                  SymbolWeight weight = SymbolWeight::regular);
-
-/// Paints a symbol centred in `rect`, in one colour.
+/// Paints a symbol centred in `rect`, in one colour. Nothing without a symbol of this name.
 void paintSymbol(QPainter& painter, const QRectF& rect, const QString& name, double fontSize,
                  const QColor& color, SymbolWeight weight = SymbolWeight::regular);
 

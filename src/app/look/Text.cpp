@@ -36,27 +36,31 @@ QStringList families(TextStyle::Face face) {
     return {};
 }
 
-QFont makeFont(const TextStyle& style, double scale, bool isShaped) {
+bool isShaped(const TextStyle& style, QStringView text) {
+    return !style.isVerbatim || !isLatin(text);
+}
+
+QFont makeFont(const TextStyle& style, double scale, bool withShaping) {
     QFont font(families(style.face));
     font.setPixelSize(static_cast<int>(std::lround(style.size * scale)));
     font.setWeight(style.weight);
     font.setLetterSpacing(QFont::AbsoluteSpacing, style.tracking * scale);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(
-        isShaped ? QFont::PreferAntialias
-                 : QFont::StyleStrategy(QFont::PreferAntialias | QFont::PreferNoShaping));
+        withShaping ? QFont::PreferAntialias
+                    : QFont::StyleStrategy(QFont::PreferAntialias | QFont::PreferNoShaping));
     return font;
 }
 
 const QFont& fontFor(const TextStyle& style, QStringView text) {
-    const bool isShaped = !style.isVerbatim || !isLatin(text);
+    const bool withShaping = isShaped(style, text);
     const auto key =
-        std::make_tuple(style.size, style.weight, style.tracking, style.face, isShaped);
+        std::make_tuple(style.size, style.weight, style.tracking, style.face, withShaping);
     static std::map<decltype(key), QFont> fonts;
     const auto found = fonts.find(key);
     if (found != fonts.end())
         return found->second;
-    return fonts.emplace(key, makeFont(style, oversize, isShaped)).first->second;
+    return fonts.emplace(key, makeFont(style, oversize, withShaping)).first->second;
 }
 
 /// The width of the cell that every digit is given, at the font's size.
@@ -237,8 +241,8 @@ QStringList balancedText(const QString& text, const TextStyle& style, double wid
     return best;
 }
 
-QFont widgetFont(const TextStyle& style) {
-    return makeFont(style, 1, !style.isVerbatim);
+QFont widgetFont(const TextStyle& style, QStringView text) {
+    return makeFont(style, 1, isShaped(style, text));
 }
 
 } // namespace quillet

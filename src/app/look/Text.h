@@ -65,7 +65,7 @@ QStringList wrappedText(const QString& text, const TextStyle& style, double widt
 /// Breaks our own text into as few lines as `width` allows, all of about the same length.
 QStringList balancedText(const QString& text, const TextStyle& style, double width);
 
-/// The font of a style, for widgets of the toolkit that set text themselves. Its size is rounded.
-QFont widgetFont(const TextStyle& style);
+/// The font of a style, for widgets of the toolkit that set `text` themselves. Its size is rounded.
+QFont widgetFont(const TextStyle& style, QStringView text);
 
 } // namespace quillet

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/look/Animation.h"
+#include "app/look/ControlState.h"
+#include "app/look/Look.h"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace quillet {
+
+/// What all controls do alike, as a member of each: fade the ground under the pointer, show a ring
+/// around the control while the keyboard has moved the focus there, and repaint when the theme
+/// changes. The ring is a sibling of the control, since it lies outside of it.
+class ControlTracker : public QObject {
+    Q_OBJECT
+
+public:
+    ControlTracker(QWidget& control, const Look& look, double cornerRadius);
+    ~ControlTracker() override;
+
+    ControlState state(bool isPressed) const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void fadeHover(double target);
+    void takeFocus(Qt::FocusReason reason);
+    void loseFocus(Qt::FocusReason reason);
+    void placeRing();
+
+    QWidget& m_control;
+    Look m_look;
+    double m_cornerRadius;
+    double m_hover = 0;
+    bool m_wasReachedByKeyboard = false;
+    QPointer<QWidget> m_ring;
+    Animation m_fade;
+};
+
+} // namespace quillet
