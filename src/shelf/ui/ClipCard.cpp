@@ -1,0 +1,104 @@
+#include "shelf/ui/ClipCard.h"
+
+#include <QAccessibleWidget>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace quillet {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+class ClipCardAccessible : public QAccessibleWidget {
+public:
+    explicit ClipCardAccessible(ClipCard* card) : QAccessibleWidget(card, QAccessible::ListItem) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.selectable = true;
+        state.selected = static_cast<const ClipCard*>(widget())->isSelected();
+        return state;
+    }
+};
+
+QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+    auto* card = qobject_cast<ClipCard*>(object);
+    return card ? new ClipCardAccessible(card) : nullptr;
+}
+
+} // namespace
+
+void installClipCardAccessibility() {
+    QAccessible::installFactory(makeAccessible);
+}
+
+ClipCard::ClipCard(QWidget& row, std::shared_ptr<ClipItem> item, Scheduler& scheduler,
+                   const Theme& theme)
+    : QWidget(&row), m_item(std::move(item)), m_theme(theme), m_animation(scheduler) {
+    resize(ClipCardLook::size.toSize());
+}
+
+void ClipCard::setLook(const ClipCardLook& look) {
+    const double selection = m_look.selection;
+    m_look = look;
+    m_look.selection = selection;
+    update();
+}
+
+void ClipCard::setSelected(bool isSelected) {
+    if (m_isSelected == isSelected)
+        return;
+    m_isSelected = isSelected;
+    QAccessible::State changed;
+    changed.selected = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
+
+    const double target = isSelected ? 1 : 0;
+    if (!isVisible()) {
+        m_animation.stop();
+        return showSelection(target);
+    }
+    const double start = m_look.selection;
+    m_animation.start(Motion::spring(250ms, 0.8), [this, start, target](double progress) {
+        showSelection(start + (target - start) * progress);
+    });
+}
+
+void ClipCard::showSelection(double selection) {
+    m_look.selection = selection;
+    update();
+    Q_EMIT selectionShownChanged();
+}
+
+void ClipCard::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintClipCard(painter, rect(), m_look, m_theme.colors());
+}
+
+void ClipCard::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_pressed = event->pos();
+    Q_EMIT chosen();
+}
+
+void ClipCard::mouseMoveEvent(QMouseEvent* event) {
+    const int distance = (event->pos() - m_pressed).manhattanLength();
+    if (event->buttons().testFlag(Qt::LeftButton) && distance >= QApplication::startDragDistance())
+        Q_EMIT draggedOut();
+}
+
+void ClipCard::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT pasted();
+}
+
+void ClipCard::contextMenuEvent(QContextMenuEvent* event) {
+    Q_EMIT menuRequested(event->globalPos());
+}
+
+} // namespace quillet

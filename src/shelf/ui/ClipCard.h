@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/look/Animation.h"
+#include "shelf/ui/ClipCardLook.h"
+
+#include <QWidget>
+
+namespace quillet {
+
+/// The card of one clip. Shows a ClipCardLook, animates its selection, and reports what the user
+/// does to it; the row that owns it decides what that means.
+class ClipCard : public QWidget {
+    Q_OBJECT
+
+public:
+    ClipCard(QWidget& row, std::shared_ptr<ClipItem> item, Scheduler& scheduler,
+             const Theme& theme);
+
+    const std::shared_ptr<ClipItem>& item() const { return m_item; }
+
+    /// Replaces what it shows; its selection stays as it is.
+    void setLook(const ClipCardLook& look);
+
+    bool isSelected() const { return m_isSelected; }
+    void setSelected(bool isSelected);
+
+    /// The selection as it shows at the moment.
+    double selection() const { return m_look.selection; }
+
+Q_SIGNALS:
+    void chosen();
+    void pasted();
+    void menuRequested(QPoint globalPosition);
+    void draggedOut();
+    void selectionShownChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void showSelection(double selection);
+
+    std::shared_ptr<ClipItem> m_item;
+    const Theme& m_theme;
+    ClipCardLook m_look;
+    bool m_isSelected = false;
+    Animation m_animation;
+    QPoint m_pressed;
+};
+
+/// Lets assistive programs know cards as items of a list, selected or not.
+void installClipCardAccessibility();
+
+} // namespace quillet

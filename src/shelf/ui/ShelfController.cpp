@@ -1,0 +1,154 @@
+#include "shelf/ui/ShelfController.h"
+
+#include <algorithm>
+
+namespace quillet {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double margin = 10;
+constexpr double slide = 24;
+constexpr auto showDuration = 180ms;
+constexpr auto hideDuration = 120ms;
+constexpr auto pasteDelay = 60ms;
+
+} // namespace
+
+ShelfController::ShelfController(const Services& services, std::function<void()> showSetupGuide)
+    : m_services(services),
+      m_showSetupGuide(std::move(showSetupGuide)),
+      m_model(services.view.store, services.view.look.scheduler),
+      m_window(services.view.look.theme, services.view.look.panels),
+      m_view(
+          m_model, services.view,
+          [this](const auto& item, bool plainText) { paste(item, plainText); }, [this] { hide(); }),
+      m_panel(services.view.look.panels.make(m_window, m_window.style())),
+      m_animation(services.view.look.scheduler) {
+    m_window.setContent(m_view);
+    m_panel->onResignKey = [this] { hide(); };
+}
+
+std::optional<Screen> ShelfController::screenOfPointer() const {
+    const auto screens = m_services.screens.all();
+    const Point pointer = m_services.screens.mouseLocation();
+    const auto found = std::ranges::find_if(screens, [&pointer](const Screen& screen) {
+        return screen.frame.containsPointer(pointer);
+    });
+    return found == screens.end() ? m_services.screens.main() : std::optional(*found);
+}
+
+void ShelfController::show() {
+    m_model.resetForShow();
+    const auto screen = screenOfPointer();
+    if (!screen)
+        return;
+    const Rect visible = screen->visibleFrame;
+    const Rect target{{visible.minX() + margin, visible.minY() + margin},
+                      {visible.size.width - 2 * margin, ShelfPanel::height}};
+    const auto place = [this, target](double progress) {
+        const double below = slide * (1 - progress);
+        m_panel->setFrame({{target.minX(), target.minY() - below}, target.size});
+        m_panel->setAlpha(progress);
+    };
+    m_window.adapt();
+    place(0);
+    m_panel->makeKeyAndOrderFront();
+    m_animation.start(Motion::easeOut(showDuration), place);
+    installKeyMonitor();
+}
+
+void ShelfController::hide() {
+    removeKeyMonitor();
+    if (!m_panel->isVisible())
+        return;
+    const double start = m_panel->alpha();
+    m_animation.start(
+        Motion::easeOut(hideDuration),
+        [this, start](double progress) { m_panel->setAlpha(start * (1 - progress)); },
+        [this] {
+            m_panel->orderOut();
+            m_model.release();
+        });
+}
+
+void ShelfController::installKeyMonitor() {
+    removeKeyMonitor();
+    m_keyMonitor = std::make_unique<KeyMonitor>(
+        m_window, [this](const ShelfKey& key) { return m_panel->isKey() && handle(key); });
+}
+
+bool ShelfController::handle(const ShelfKey& key) {
+    const auto action = shelfAction(key);
+    return action && perform(*action);
+}
+
+bool ShelfController::perform(const ShelfAction& action) {
+    switch (action.kind) {
+    case ShelfAction::Kind::pasteSelected:
+        if (const auto item = m_model.selectedItem())
+            paste(item, action.plainText);
+        return true;
+    case ShelfAction::Kind::pasteNumber:
+        pasteNumber(action.number, action.plainText);
+        return true;
+    case ShelfAction::Kind::remove:
+        removeSelected();
+        return true;
+    case ShelfAction::Kind::cancel:
+        if (m_model.query().isEmpty())
+            hide();
+        else
+            m_model.setQuery({});
+        return true;
+    case ShelfAction::Kind::moveSelection:
+        m_model.moveSelection(action.number);
+        return true;
+    case ShelfAction::Kind::togglePin:
+        const auto item = m_model.selectedItem();
+        if (item)
+            m_services.view.store.togglePin(item);
+        return item != nullptr;
+    }
+    return false;
+}
+
+void ShelfController::pasteNumber(int number, bool plainText) {
+    const ClipItems& items = m_model.visibleItems();
+    const auto index = static_cast<size_t>(number - 1);
+    if (index < items.size())
+        paste(std::shared_ptr(items[index]), plainText);
+}
+
+void ShelfController::removeSelected() {
+    const auto item = m_model.selectedItem();
+    if (!item)
+        return;
+    m_model.moveSelection(+1);
+    if (m_model.selectedItem() == item)
+        m_model.moveSelection(-1);
+    m_services.view.store.deleteItem(item);
+}
+
+void ShelfController::paste(const std::shared_ptr<ClipItem>& item, bool plainText) {
+    Sounds& sounds = m_services.view.sounds;
+    m_services.view.store.copyToPasteboard(item, plainText);
+    removeKeyMonitor();
+    m_animation.stop();
+    m_panel->orderOut();
+    m_model.release();
+    if (!m_services.access.isGranted(Access::Kind::accessibility)) {
+        sounds.play(Sounds::Event::copy);
+        if (!std::exchange(m_showedAccessibilitySetup, true))
+            m_showSetupGuide();
+        return;
+    }
+    m_pastes.push_back(m_services.view.look.scheduler.after(pasteDelay, [this, &sounds] {
+        Paster::pasteIntoFrontApp(m_services.access, m_services.keys);
+        sounds.play(Sounds::Event::paste);
+        m_pastes.pop_front();
+    }));
+}
+
+} // namespace quillet

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/Screens.h"
+#include "shelf/Paster.h"
+#include "shelf/ui/KeyMonitor.h"
+#include "shelf/ui/ShelfPanel.h"
+#include "shelf/ui/ShelfView.h"
+
+#include <deque>
+
+namespace quillet {
+
+/// The shelf as a whole: shows and hides its panel, takes the keys meanwhile, and pastes what the
+/// user chose into the application that the user was working in. Owns model, panel and view for the
+/// whole run.
+class ShelfController {
+public:
+    struct Services {
+        ShelfView::Services view;
+        Screens& screens;
+        KeySynthesis& keys;
+        const Access& access;
+    };
+
+    /// `showSetupGuide` explains the permission that pasting needs.
+    ShelfController(const Services& services, std::function<void()> showSetupGuide);
+
+    /// Slides up at the bottom of the screen with the pointer, without search or filter.
+    void show();
+
+    /// Fades out; without effect when it is not on the screen.
+    void hide();
+
+    /// True also while it fades out.
+    bool isVisible() const { return m_panel->isVisible(); }
+
+    ShelfModel& model() { return m_model; }
+    ShelfPanel& window() { return m_window; }
+
+private:
+    std::optional<Screen> screenOfPointer() const;
+    void installKeyMonitor();
+    void removeKeyMonitor() { m_keyMonitor.reset(); }
+    bool handle(const ShelfKey& key);
+    bool perform(const ShelfAction& action);
+    void pasteNumber(int number, bool plainText);
+    void removeSelected();
+    void paste(const std::shared_ptr<ClipItem>& item, bool plainText);
+
+    Services m_services;
+    std::function<void()> m_showSetupGuide;
+    ShelfModel m_model;
+    ShelfPanel m_window;
+    ShelfView m_view;
+    std::unique_ptr<Panel> m_panel;
+    Animation m_animation;
+    std::unique_ptr<KeyMonitor> m_keyMonitor;
+    std::deque<std::unique_ptr<Timer>> m_pastes; ///< keystrokes to come, in order
+    bool m_showedAccessibilitySetup = false;
+};
+
+} // namespace quillet
