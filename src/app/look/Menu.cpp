@@ -36,7 +36,7 @@ public:
         if (type != CT_MenuItem || !item)
             return QProxyStyle::sizeFromContents(type, option, size, widget);
         if (item->menuItemType == QStyleOptionMenuItem::Separator)
-            return QSizeF(0, menuSeparatorHeight).toSize();
+            return QSizeF(1, menuSeparatorHeight).toSize();
         return QSizeF(menuRowWidth(item->text, m_menu.checkColumn()), menuRowHeight).toSize();
     }
 

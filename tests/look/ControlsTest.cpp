@@ -1,0 +1,135 @@
+#include "app/look/Buttons.h"
+#include "app/look/Menu.h"
+#include "app/look/SearchField.h"
+#include "app/look/Segmented.h"
+#include "app/look/Toggles.h"
+#include "platform/memory/MemoryPanels.h"
+#include "platform/memory/MemoryScheduler.h"
+
+#include <gtest/gtest.h>
+#include <QAccessible>
+#include <QApplication>
+#include <QMouseEvent>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class ControlsTest : public testing::Test {
+protected:
+    ControlsTest() { window.resize(400, 300); }
+
+    void show() {
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
+
+    static void send(QWidget& widget, QEvent::Type type, const QPointF& at) {
+        QMouseEvent event(type, at, widget.mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&widget, &event);
+    }
+
+    static void click(QWidget& widget, const QPointF& at) {
+        send(widget, QEvent::MouseButtonPress, at);
+        send(widget, QEvent::MouseButtonRelease, at);
+    }
+
+    static void key(QWidget& widget, int code) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, code, {});
+            QApplication::sendEvent(&widget, &event);
+        }
+    }
+
+    Theme theme;
+    MemoryScheduler scheduler;
+    MemoryPanels panels;
+    Look look{theme, scheduler, panels};
+    QWidget window;
+};
+
+TEST_F(ControlsTest, theFocusRingFollowsTheKeyboardOnly) {
+    Chip chip(look, u"Links"_s, &window);
+    Button button(look, ButtonKind::regular, u"Save"_s, &window);
+    chip.move(50, 50);
+    show();
+    const auto extra = [this] { return window.children().size() - 2; };
+    button.setFocus(Qt::MouseFocusReason);
+    EXPECT_EQ(extra(), 0);
+    chip.setFocus(Qt::TabFocusReason);
+    ASSERT_EQ(extra(), 1);
+    EXPECT_EQ(static_cast<QWidget*>(window.children().last())->geometry(),
+              chip.geometry().adjusted(-4, -4, 4, 4));
+    button.setFocus(Qt::MouseFocusReason);
+    EXPECT_EQ(extra(), 0);
+}
+
+TEST_F(ControlsTest, controlsAnswerToClicksAndKeysAndTellAssistiveTechnology) {
+    Chip chip(look, u"Links"_s, &window);
+    SymbolButton close(look, u"xmark"_s, u"Close (Esc)"_s, &window);
+    Switch awake(look, u"Keep awake"_s, &window);
+    show();
+    int clicks = 0;
+    QObject::connect(&chip, &Chip::clicked, [&] { ++clicks; });
+    click(chip, {2, 13});
+    EXPECT_EQ(clicks, 1);
+    EXPECT_FALSE(chip.isChecked()) << "its owner decides";
+    awake.resize(awake.sizeHint());
+    click(awake, {36, 20});
+    EXPECT_TRUE(awake.isChecked());
+    key(awake, Qt::Key_Space);
+    EXPECT_FALSE(awake.isChecked());
+    awake.setChecked(true);
+    const auto* accessible = QAccessible::queryAccessibleInterface(&awake);
+    EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
+    EXPECT_EQ(accessible->text(QAccessible::Name), u"Keep awake"_s);
+    EXPECT_TRUE(accessible->state().checked);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&close)->text(QAccessible::Name),
+              u"Close (Esc)"_s);
+}
+
+TEST_F(ControlsTest, valuesAreChosenByPointerAndKeys) {
+    Slider slider(look, u"Volume"_s, &window);
+    slider.setRange(0, 100);
+    slider.resize(118, 22);
+    Segmented aspect(look, {u"Auto"_s, u"16:9"_s, u"1:1"_s}, &window);
+    aspect.resize(aspect.sizeHint());
+    show();
+    click(slider, {59, 11});
+    EXPECT_EQ(slider.value(), 50);
+    send(slider, QEvent::MouseMove, {100, 11});
+    EXPECT_EQ(slider.value(), 50) << "released";
+    key(slider, Qt::Key_Right);
+    EXPECT_EQ(slider.value(), 51);
+    qsizetype chosen = -1;
+    QObject::connect(&aspect, &Segmented::chosenByUser, [&](qsizetype index) { chosen = index; });
+    aspect.setChosen(1);
+    EXPECT_EQ(chosen, -1);
+    QWidget& last = *aspect.childAt(aspect.width() - 10, 14);
+    click(last, {5, 5});
+    EXPECT_EQ(chosen, 2);
+    EXPECT_EQ(aspect.chosen(), 2);
+}
+
+TEST_F(ControlsTest, aMenuReportsTheChosenRowAndClosesOnAClickInItsShadow) {
+    Menu menu(look);
+    menu.addAction(u"Paste"_s);
+    menu.addSeparator();
+    QAction* remove = menu.addDestructiveAction(u"Delete"_s);
+    QAction* triggered = nullptr;
+    QObject::connect(&menu, &QMenu::triggered, [&](QAction* action) { triggered = action; });
+    menu.popupAt({100, 100});
+    EXPECT_EQ(menu.pos(), QPoint(100 - 48, 100 - 48));
+    EXPECT_EQ(menu.height(), 2 * 48 + 5 + 26 + 9 + 26 + 5);
+    const QRect row = menu.actionGeometry(remove);
+    send(menu, QEvent::MouseMove, row.center());
+    click(menu, row.center());
+    EXPECT_EQ(triggered, remove);
+    menu.popupAt({100, 100});
+    click(menu, {10, 10});
+    EXPECT_FALSE(menu.isVisible());
+}
+
+} // namespace quillet
