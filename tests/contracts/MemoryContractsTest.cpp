@@ -1,4 +1,6 @@
 #include "contracts/CommandsContract.h"
+#include "contracts/HotKeysContract.h"
+#include "contracts/PanelsContract.h"
 #include "contracts/PasteboardContract.h"
 #include "contracts/PreferencesContract.h"
 #include "contracts/SchedulerContract.h"
@@ -97,6 +99,29 @@ struct MemoryWorkspaceBackend {
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, WorkspaceContract, MemoryWorkspaceBackend);
+
+struct MemoryHotKeysBackend {
+    MemoryScheduler scheduler;
+    MemoryHotKeys memory{scheduler};
+
+    HotKeyService& hotKeys() { return memory; }
+    void takeElsewhere(uint32_t keyCode, uint32_t modifiers) {
+        memory.taken.insert({keyCode, modifiers});
+    }
+    void press(uint32_t keyCode, uint32_t modifiers) {
+        memory.press({keyCode, modifiers});
+        scheduler.advance(Scheduler::Duration(0));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HotKeysContract, MemoryHotKeysBackend);
+
+struct MemoryPanelsBackend {
+    MemoryPanels memory;
+
+    Panels& panels() { return memory; }
+    void clickOutside() { memory.clickOutside(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PanelsContract, MemoryPanelsBackend);
 
 struct MemoryScreensBackend {
     MemoryScreens memory;

@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
-#include <QCoreApplication>
+#include <QApplication>
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    QCoreApplication application(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

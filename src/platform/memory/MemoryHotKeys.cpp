@@ -2,6 +2,12 @@
 
 namespace quillet {
 
+namespace {
+
+constexpr uint32_t lastKeyCode = 127;
+
+} // namespace
+
 class MemoryHotKeys::Entry : public Registration {
 public:
     Entry(std::shared_ptr<Entries> all, Combination pressed, uint32_t reported)
@@ -20,7 +26,7 @@ private:
 std::unique_ptr<HotKeyService::Registration> MemoryHotKeys::add(uint32_t keyCode,
                                                                 uint32_t modifiers, uint32_t id) {
     const Combination combination{keyCode, modifiers};
-    if (taken.contains(combination))
+    if (keyCode > lastKeyCode || taken.contains(combination))
         return nullptr;
     return std::make_unique<Entry>(m_entries, combination, id);
 }

@@ -19,14 +19,24 @@ inline void run(const QString& commandLine) {
     ASSERT_EQ(QProcess::execute(program, words), 0) << commandLine.toStdString();
 }
 
+inline xcb_window_t activeWindow(const X11Connection& connection) {
+    const auto active = connection.values(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"),
+                                          XCB_ATOM_WINDOW, 1);
+    return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
+}
+
 /// A window of another program that says which keys reach it: "press v 0x4", "release v 0x4".
 class KeyLog {
 public:
-    explicit KeyLog(const QString& options = {}) : m_process(new QProcess) {
-        QStringList arguments = options.split(u' ', Qt::SkipEmptyParts);
-        arguments << QStringLiteral("-event") << QStringLiteral("keyboard");
-        m_process->start(QStringLiteral("xev"), arguments);
-        if (!spinUntil([this] { return read().contains(u"KeymapNotify"); }))
+    /// Returns when the window is the active one.
+    explicit KeyLog(const X11Connection& connection) : m_process(new QProcess) {
+        m_process->start(QStringLiteral("xev"),
+                         {QStringLiteral("-event"), QStringLiteral("keyboard")});
+        const auto isActive = [&] {
+            return read().contains(
+                QStringLiteral("Outer window is 0x%1,").arg(activeWindow(connection), 0, 16));
+        };
+        if (!spinUntil(isActive))
             qFatal("the other program did not become active");
     }
 

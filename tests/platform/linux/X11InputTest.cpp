@@ -1,3 +1,4 @@
+#include "contracts/HotKeysContract.h"
 #include "platform/linux/InputDesktop.h"
 #include "support/XClient.h"
 
@@ -9,6 +10,29 @@ namespace {
 
 constexpr uint32_t keyV = 9;
 constexpr uint32_t commandShift = 0x300;
+
+struct X11HotKeysBackend {
+    LinuxScheduler scheduler;
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    X11RawInput rawInput{*connection};
+    X11HotKeys x11{*connection, rawInput, scheduler};
+    XClient other{qgetenv("DISPLAY")};
+
+    HotKeyService& hotKeys() { return x11; }
+
+    void takeElsewhere(uint32_t keyCode, uint32_t) {
+        xcb_grab_key(other.connection(), 1, other.root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT,
+                     keyMeaning(keyCode)->position, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        other.serverTime();
+    }
+
+    static void press(uint32_t keyCode, uint32_t modifiers) {
+        const QString shift = modifiers & 0x200 ? u"shift+"_s : QString();
+        run(u"xdotool key super+%1%2"_s.arg(shift).arg(keyMeaning(keyCode)->position));
+        spinFor(std::chrono::milliseconds(30));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, HotKeysContract, X11HotKeysBackend);
 
 class X11Input : public InputDesktop {
 protected:
@@ -91,7 +115,7 @@ TEST_F(X11Input, aPasteArrivesAsControlVInEveryLayoutWhateverIsHeld) {
                                   u"release Control_L 0x4"_s};
     for (const QString& layout : {u"us"_s, u"dvorak"_s, u"ru"_s, u"us,ru"_s}) {
         run(u"setxkbmap -option grp:menu_toggle "_s + layout);
-        KeyLog target;
+        KeyLog target(*connection);
         if (layout.contains(u','))
             run(u"xdotool key Menu"_s);
         run(u"xdotool keydown shift"_s);

@@ -2,8 +2,9 @@
 
 #include <cmath>
 #include <QApplication>
+#include <QBitmap>
 #include <QLoggingCategory>
-#include <QPainterPath>
+#include <QPainter>
 #include <QWidget>
 #include <QWindow>
 #include <xcb/shape.h>
@@ -124,9 +125,14 @@ void X11Panel::applyShape() {
     if (m_panels.isTranslucent()) {
         m_content.clearMask();
     } else {
-        QPainterPath path;
-        path.addRoundedRect(card, m_style.cornerRadius, m_style.cornerRadius);
-        m_content.setMask(QRegion(path.toFillPolygon().toPolygon()));
+        QBitmap shape(m_content.size());
+        shape.clear();
+        QPainter painter(&shape);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::color1);
+        painter.drawRoundedRect(card, m_style.cornerRadius, m_style.cornerRadius);
+        painter.end();
+        m_content.setMask(shape);
     }
     const qreal scale = m_content.devicePixelRatio();
     const auto pixels = [scale](int points) { return std::lround(points * scale); };

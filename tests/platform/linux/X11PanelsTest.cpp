@@ -1,0 +1,172 @@
+#include "contracts/PanelsContract.h"
+#include "platform/linux/InputDesktop.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr Rect card{{200, 300}, {400, 120}};
+
+/// A widget of one colour.
+class Sheet : public QWidget {
+public:
+    explicit Sheet(QRgb colour) : m_colour(colour) {}
+
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), m_colour); }
+
+private:
+    QColor m_colour;
+};
+
+/// y upwards.
+void clickAt(double x, double y, int button = 1) {
+    run(u"xdotool mousemove %1 %2 click %3"_s.arg(x).arg(1080 - y).arg(button));
+    spinFor(std::chrono::milliseconds(40));
+}
+
+struct X11PanelsBackend {
+    LinuxScheduler scheduler;
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    X11RawInput rawInput{*connection};
+    X11Screens screens{*connection};
+    X11Panels x11{*connection, rawInput, screens, scheduler};
+
+    Panels& panels() { return x11; }
+    static void clickOutside() { clickAt(1500, 900); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, PanelsContract, X11PanelsBackend);
+
+class X11PanelsTest : public InputDesktop {
+protected:
+    X11PanelsTest() {
+        auto* layout = new QVBoxLayout(&content);
+        layout->addWidget(&search);
+        panel = panels.make(content, {101, true, false, 20, 12});
+        panel->onResignKey = [this] { ++resigned; };
+        panel->setFrame(card);
+    }
+
+    /// The colour on the screen.
+    QRgb pixel(double x, double y) const {
+        const XcbOwned<xcb_get_image_reply_t> image(xcb_get_image_reply(
+            connection->xcb(),
+            xcb_get_image(connection->xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection->root(),
+                          static_cast<int16_t>(x), static_cast<int16_t>(1080 - y), 1, 1, ~0U),
+            nullptr));
+        return image ? *reinterpret_cast<const QRgb*>(xcb_get_image_data(image.get())) & 0xffffff
+                     : 0;
+    }
+
+    Sheet content{0xff0000};
+    QLineEdit search;
+    int resigned = 0;
+    std::unique_ptr<Panel> panel;
+};
+
+TEST_F(X11PanelsTest, theKeyPanelGetsWhatIsTypedWhileTheActiveWindowStays) {
+    KeyLog target(*connection);
+    const xcb_window_t active = activeWindow(*connection);
+    spinFor(std::chrono::milliseconds(20)); // the news of its own activation
+    int changes = 0;
+    const auto listening = connection->listen([&](const xcb_generic_event_t& event) {
+        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        changes += (event.response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
+                   property.atom == connection->atom("_NET_ACTIVE_WINDOW");
+    });
+    const auto toggle = hotKeys.add(9, 0x300, 7);
+
+    panel->makeKeyAndOrderFront();
+    search.setFocus();
+    EXPECT_TRUE(spinUntil([&] { return search.hasFocus(); }));
+    target.forget();
+    run(u"xdotool type abc"_s);
+    EXPECT_TRUE(spinUntil([&] { return search.text() == u"abc"_s; }));
+
+    run(u"xdotool key super+shift+v"_s); // a shortcut works all the same
+    EXPECT_TRUE(spinUntil([&] { return pressed == std::vector<uint32_t>{7}; }));
+    EXPECT_EQ(search.text(), u"abc"_s);
+
+    QMenu menu(&content);
+    menu.addAction(u"Entry"_s);
+    menu.popup(content.mapToGlobal(QPoint(40, 40)));
+    spinFor(std::chrono::milliseconds(50));
+    menu.close();
+    spinFor(std::chrono::milliseconds(50));
+    run(u"xdotool type d"_s);
+    EXPECT_TRUE(spinUntil([&] { return search.text() == u"abcd"_s; }));
+    EXPECT_TRUE(target.keys().isEmpty());
+
+    panel->orderOut();
+    EXPECT_FALSE(panel->isVisible() || panel->isKey());
+    run(u"xdotool key e"_s);
+    EXPECT_TRUE(spinUntil([&] { return !target.keys().isEmpty(); }));
+    EXPECT_EQ(search.text(), u"abcd"_s);
+    EXPECT_EQ(activeWindow(*connection), active);
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(resigned, 0);
+}
+
+TEST_F(X11PanelsTest, itLosesTheKeyboardToAClickElsewhereOrToAnotherActiveWindow) {
+    KeyLog target(*connection);
+    panel->makeKeyAndOrderFront();
+    spinFor(std::chrono::milliseconds(50));
+    clickAt(card.midX(), card.midY());
+    clickAt(1500, 100, 4); // scrolling
+    EXPECT_EQ(resigned, 0);
+    clickAt(card.minX() - 10, card.midY()); // the margin is not the panel
+    EXPECT_EQ(resigned, 1);
+    EXPECT_FALSE(panel->isKey());
+
+    panel->makeKeyAndOrderFront();
+    KeyLog other(*connection);
+    EXPECT_TRUE(spinUntil([&] { return resigned == 2; }));
+}
+
+TEST_F(X11PanelsTest, panelsStandByLevelAndAboveFullScreenWindows) {
+    Sheet higherContent{0x0000ff};
+    const auto higher = panels.make(higherContent, {102, false, true, 0, 0});
+    higher->setFrame({{300, 320}, {50, 50}});
+    KeyLog window(*connection);
+    higher->orderFront();
+    panel->orderFront();
+    run(u"xdotool search --name Event windowsize 100% 100%"_s);
+    run(u"xdotool search --name Event windowraise"_s);
+    EXPECT_TRUE(spinUntil([&] { return pixel(325, 345) == 0x0000ff; }));
+
+    EXPECT_TRUE(spinUntil([&] { return pixel(500, 310) == 0xff0000; }));
+    // Without a compositor nothing is there but the card with its corners cut.
+    EXPECT_FALSE(panels.isTranslucent());
+    EXPECT_NE(pixel(card.minX() - 10, card.midY()), 0xff0000U);
+    EXPECT_NE(pixel(card.minX() + 1, card.minY() + 1), 0xff0000U);
+}
+
+TEST_F(X11PanelsTest, withACompositorThePanelFades) {
+    QProcess compositor;
+    compositor.start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
+    ASSERT_TRUE(spinUntil([&] { return panels.isTranslucent(); }));
+
+    panel->orderFront();
+    EXPECT_TRUE(spinUntil([&] { return pixel(card.midX(), card.minY() + 5) == 0xff0000; }));
+    panel->setAlpha(0.5);
+    EXPECT_TRUE(spinUntil([&] {
+        const int red = qRed(pixel(card.midX(), card.minY() + 5));
+        return red > 100 && red < 200;
+    }));
+    panel->setAlpha(0);
+    EXPECT_TRUE(spinUntil([&] { return pixel(card.midX(), card.minY() + 5) == pixel(1500, 900); }));
+    compositor.terminate();
+    compositor.waitForFinished();
+}
+
+} // namespace
+
+} // namespace quillet
