@@ -54,7 +54,17 @@ void AppDelegate::startClipboard() {
         std::make_unique<ClipboardKeeper>(*m_services->clipboard, *platform.pasteboard);
 }
 
-VerbResult AppDelegate::run(const Command& command) {
+void AppDelegate::run(const Command& command, const std::function<void(VerbResult)>& reply) {
+    VerbResult result = carryOut(command);
+    if (!result.slowOutput)
+        return reply(std::move(result));
+    const auto finished = std::make_shared<VerbResult>(std::move(result));
+    m_services->platform.scheduler->background(
+        [finished] { finished->output = finished->slowOutput(); },
+        [finished, reply] { reply(std::move(*finished)); });
+}
+
+VerbResult AppDelegate::carryOut(const Command& command) {
     switch (command.verb) {
     case Verb::start:
     case Verb::service:

@@ -21,14 +21,16 @@ public:
                                                          const QString& dataFolder);
     void applicationWillTerminate();
 
-    /// Carries out a verb that concerns the running program.
-    VerbResult run(const Command& command);
+    /// Carries out a verb that concerns the running program. `reply` is called once, inside the
+    /// call or, where the output takes its time, later.
+    void run(const Command& command, const std::function<void(VerbResult)>& reply);
 
 private:
     void registerSoundDefaults();
     std::optional<QString> openContainer(const QString& dataFolder);
     void startClipboard();
 
+    VerbResult carryOut(const Command& command);
     QByteArray status() const;
 
     std::unique_ptr<Composition> m_services;

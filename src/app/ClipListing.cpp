@@ -5,7 +5,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <ranges>
 
 using namespace Qt::StringLiterals;
 
@@ -59,21 +58,21 @@ QString asLine(size_t number, const ClipItem& clip) {
 
 } // namespace
 
-QByteArray clipsAsJson(const ClipItems& clips, size_t limit) {
+QByteArray clipsAsJson(const ClipSnapshot& clips) {
     // One clip at a time: all long texts together may be very large.
     QByteArray list = "[";
-    for (const auto& clip : clips | std::views::take(limit)) {
+    for (const ClipItem& clip : clips) {
         list += list.size() > 1 ? ",\n" : "\n";
-        list += QJsonDocument(asJson(*clip)).toJson().trimmed();
+        list += QJsonDocument(asJson(clip)).toJson().trimmed();
     }
     return list + "\n]\n";
 }
 
-QByteArray clipsAsLines(const ClipItems& clips, size_t limit) {
+QByteArray clipsAsLines(const ClipSnapshot& clips) {
     QByteArray lines;
     size_t number = 0;
-    for (const auto& clip : clips | std::views::take(limit))
-        lines += asLine(++number, *clip).toUtf8();
+    for (const ClipItem& clip : clips)
+        lines += asLine(++number, clip).toUtf8();
     return lines;
 }
 

@@ -4,10 +4,13 @@
 
 namespace quillet {
 
-/// A clip list as JSON array, text in full; `limit` counts from the newest.
-QByteArray clipsAsJson(const ClipItems& clips, size_t limit);
+/// Copies of clips at one moment, newest first. Any thread may list them.
+using ClipSnapshot = std::vector<ClipItem>;
+
+/// A JSON array, text in full.
+QByteArray clipsAsJson(const ClipSnapshot& clips);
 
 /// One line for each clip: number, pin, kind, beginning of the content, source, time.
-QByteArray clipsAsLines(const ClipItems& clips, size_t limit);
+QByteArray clipsAsLines(const ClipSnapshot& clips);
 
 } // namespace quillet

@@ -4,6 +4,7 @@
 #include "clipboard/ClipboardStore.h"
 
 #include <algorithm>
+#include <ranges>
 
 using namespace Qt::StringLiterals;
 
@@ -32,8 +33,15 @@ QString missing(const ClipReference& reference, size_t count) {
 }
 
 VerbResult list(const Command& command, const ClipItems& clips) {
-    const size_t limit = command.limit ? size_t(*command.limit) : clips.size();
-    return VerbResult::done(command.json ? clipsAsJson(clips, limit) : clipsAsLines(clips, limit));
+    const size_t count = command.limit ? size_t(*command.limit) : clips.size();
+    ClipSnapshot snapshot;
+    for (const Clip& clip : clips | std::views::take(count))
+        snapshot.push_back(*clip);
+    VerbResult result = VerbResult::done();
+    result.slowOutput = [json = command.json, snapshot = std::move(snapshot)] {
+        return json ? clipsAsJson(snapshot) : clipsAsLines(snapshot);
+    };
+    return result;
 }
 
 VerbResult show(const ClipItem& clip) {

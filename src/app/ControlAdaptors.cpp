@@ -3,6 +3,7 @@
 #include "app/Logging.h"
 #include "app/Printable.h"
 
+#include <QDBusMessage>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -34,23 +35,26 @@ ControlAdaptor::ControlAdaptor(ControlService& service)
     qRegisterMetaType<QDBusUnixFileDescriptor>();
 }
 
-int ControlAdaptor::Run(const QStringList& arguments, QDBusUnixFileDescriptor& output,
-                        QString& message) {
-    VerbResult result = m_service.run(arguments);
-    output = memoryFile(result.output);
-    if (!output.isValid()) {
-        result = VerbResult::failed(u"no memory for the output"_s);
-        output = memoryFile({});
-    }
-    message = result.message;
-    return int(result.code);
+int ControlAdaptor::Run(const QStringList& arguments, QDBusUnixFileDescriptor&, QString&) {
+    m_service.setDelayedReply(true); // what is returned here counts for nothing
+    const QDBusConnection connection = m_service.connection();
+    m_service.run(arguments, [call = m_service.message(), connection](VerbResult result) {
+        QDBusUnixFileDescriptor output = memoryFile(result.output);
+        if (!output.isValid()) {
+            result = VerbResult::failed(u"no memory for the output"_s);
+            output = memoryFile({});
+        }
+        connection.send(call.createReply(
+            {int(result.code), QVariant::fromValue(output), QVariant(result.message)}));
+    });
+    return 0;
 }
 
 ApplicationAdaptor::ApplicationAdaptor(ControlService& service)
     : QDBusAbstractAdaptor(&service), m_service(service) {}
 
 void ApplicationAdaptor::Activate(const QVariantMap&) {
-    m_service.run({});
+    m_service.run({}, [](const VerbResult&) {});
 }
 
 void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&) {

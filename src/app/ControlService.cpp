@@ -67,11 +67,11 @@ void ControlService::serve(QDBusConnection connection) {
     connection.registerObject(Identity::objectPath, this, QDBusConnection::ExportAdaptors);
 }
 
-VerbResult ControlService::run(const QStringList& arguments) {
+void ControlService::run(const QStringList& arguments, const Reply& reply) {
     const auto parsed = parseCommandLine(arguments);
     if (const auto* error = std::get_if<UsageError>(&parsed))
-        return {ExitCode::usage, {}, error->text};
-    return m_execute(std::get<Command>(parsed));
+        return reply({ExitCode::usage, {}, error->text, {}});
+    m_execute(std::get<Command>(parsed), reply);
 }
 
 } // namespace quillet

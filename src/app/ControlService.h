@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusServer>
 #include <QObject>
 
@@ -17,9 +18,12 @@ QString controlSocket(const QString& runtimeFolder);
 /// bus under the application's name and on a private socket in the runtime folder, so that verbs
 /// also work where there is no bus. Owned by the process's start; hands parsed commands to
 /// `execute` on the main thread, once the event loop runs.
-class ControlService : public QObject {
+class ControlService : public QObject, public QDBusContext {
+    Q_OBJECT
+
 public:
-    using Execute = std::function<VerbResult(const Command&)>;
+    using Reply = std::function<void(VerbResult)>;
+    using Execute = std::function<void(const Command&, const Reply&)>;
 
     ControlService(const QString& runtimeFolder, Execute execute);
     ~ControlService() override;
@@ -27,7 +31,7 @@ public:
     /// Serves the object. False when another process has the application's name on the bus.
     bool open();
 
-    VerbResult run(const QStringList& arguments);
+    void run(const QStringList& arguments, const Reply& reply);
 
 private:
     void listen();

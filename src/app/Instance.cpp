@@ -48,7 +48,9 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
     QApplication::setQuitOnLastWindowClosed(false);
 
     AppDelegate delegate;
-    ControlService control(folder, [&](const Command& command) { return delegate.run(command); });
+    ControlService control(folder, [&](const Command& command, const ControlService::Reply& reply) {
+        delegate.run(command, reply);
+    });
     // The name may belong to one with another runtime folder.
     if (!control.open())
         return Client(folder).activate() ? 0 : fail(u"the running Quillet does not answer"_s);

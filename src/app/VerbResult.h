@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QByteArray>
 #include <QString>
 
@@ -13,8 +14,13 @@ struct VerbResult {
     QByteArray output;
     QString message;
 
-    static VerbResult done(const QByteArray& output = {}) { return {ExitCode::done, output, {}}; }
-    static VerbResult failed(const QString& message) { return {ExitCode::failed, {}, message}; }
+    /// Makes the output, off the main thread, where that takes its time.
+    std::function<QByteArray()> slowOutput{};
+
+    static VerbResult done(const QByteArray& output = {}) {
+        return {ExitCode::done, output, {}, {}};
+    }
+    static VerbResult failed(const QString& message) { return {ExitCode::failed, {}, message, {}}; }
 };
 
 } // namespace quillet

@@ -17,6 +17,7 @@
 #include <malloc.h>
 #include <QCoreApplication>
 #include <QStandardPaths>
+#include <QTimer>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -46,9 +47,20 @@ QString preferencesFile() {
            u"/quillet/preferences.json"_s;
 }
 
+/// Time in memory stands still unless somebody moves it.
+std::variant<Platform, QString> makeLivingMemoryPlatform() {
+    constexpr std::chrono::milliseconds step(10);
+    Platform platform = makeMemoryPlatform();
+    auto* clock = new QTimer(qApp);
+    QObject::connect(clock, &QTimer::timeout,
+                     [&time = MemoryFakes(platform).scheduler, step] { time.advance(step); });
+    clock->start(step);
+    return platform;
+}
+
 Backend backend() {
     if (qEnvironmentVariable("QUILLET_PLATFORM") == u"memory"_s)
-        return {[] { return std::optional<QString>(); }, makeMemoryPlatform};
+        return {[] { return std::optional<QString>(); }, makeLivingMemoryPlatform};
     // In a Wayland session, too, the windows belong where the clipboard is. Programs that are
     // started from here are to decide for themselves.
     const bool decide = !qEnvironmentVariableIsSet("QT_QPA_PLATFORM");

@@ -55,7 +55,12 @@ protected:
                                                  fakes.scheduler, fakes.workspace, sounds);
     }
 
-    VerbResult run(Command command) { return runClipVerb(command, *store); }
+    VerbResult run(Command command) {
+        VerbResult result = runClipVerb(command, *store);
+        if (result.slowOutput)
+            result.output = result.slowOutput();
+        return result;
+    }
     QJsonArray list() {
         return QJsonDocument::fromJson(run({.verb = Verb::clipList, .json = true}).output).array();
     }
