@@ -10,16 +10,17 @@ Button::Button(const Look& look, ButtonKind kind, const QString& text, QWidget* 
       m_look(look),
       m_kind(kind),
       m_size(size),
-      m_tracker(*this, look, cornerRadius(size)) {}
+      m_tracker(*this, look, cornerRadius(size), margin) {}
 
 QSize Button::sizeHint() const {
-    return buttonSize({text(), m_kind, m_size, {}}).toSize();
+    const ButtonLook look{text(), m_kind, m_size, {}};
+    return buttonSize(look).toSize() + QSize(2 * margin, 2 * margin);
 }
 
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintButton(painter, rect(), {text(), m_kind, m_size, m_tracker.state(isDown())},
-                m_look.colors());
+    paintButton(painter, rect().adjusted(margin, margin, -margin, -margin),
+                {text(), m_kind, m_size, m_tracker.state(isDown())}, m_look.colors());
 }
 
 SymbolButton::SymbolButton(const Look& look, const QString& symbol, const QString& help,

@@ -8,13 +8,15 @@
 
 namespace quillet {
 
-/// A button with a word on it.
+/// A button with a word on it. The widget is larger than the button by the shadow's reach.
 class Button : public QPushButton {
     Q_OBJECT
 
 public:
     Button(const Look& look, ButtonKind kind, const QString& text, QWidget* parent = nullptr,
            ButtonSize size = ButtonSize::medium);
+
+    static constexpr int margin = 2;
 
     QSize sizeHint() const override;
 

@@ -44,8 +44,12 @@ bool isPassing(Qt::FocusReason reason) {
 
 } // namespace
 
-ControlTracker::ControlTracker(QWidget& control, const Look& look, double cornerRadius)
-    : m_control(control), m_look(look), m_cornerRadius(cornerRadius), m_fade(look.scheduler) {
+ControlTracker::ControlTracker(QWidget& control, const Look& look, double cornerRadius, int margin)
+    : m_control(control),
+      m_look(look),
+      m_cornerRadius(cornerRadius),
+      m_margin(margin),
+      m_fade(look.scheduler) {
     control.installEventFilter(this);
     connect(&look.theme, &Theme::changed, this, [this] { m_control.update(); });
 }
@@ -110,7 +114,7 @@ void ControlTracker::loseFocus(Qt::FocusReason reason) {
 void ControlTracker::placeRing() {
     if (!m_ring)
         return;
-    constexpr int reach = static_cast<int>(focusRingReach);
+    const int reach = static_cast<int>(focusRingReach) - m_margin;
     m_ring->setGeometry(m_control.geometry().adjusted(-reach, -reach, reach, reach));
     m_ring->setVisible(m_control.isVisible());
     m_ring->raise();

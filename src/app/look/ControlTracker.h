@@ -16,7 +16,8 @@ class ControlTracker : public QObject {
     Q_OBJECT
 
 public:
-    ControlTracker(QWidget& control, const Look& look, double cornerRadius);
+    /// `margin` is what the widget is larger than the control, on each side.
+    ControlTracker(QWidget& control, const Look& look, double cornerRadius, int margin = 0);
     ~ControlTracker() override;
 
     ControlState state(bool isPressed) const;
@@ -33,6 +34,7 @@ private:
     QWidget& m_control;
     Look m_look;
     double m_cornerRadius;
+    int m_margin;
     double m_hover = 0;
     bool m_wasReachedByKeyboard = false;
     QPointer<QWidget> m_ring;

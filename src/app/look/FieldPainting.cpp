@@ -35,10 +35,9 @@ void paintSearchSymbol(QPainter& painter, const QRectF& field, const ThemeColors
                 13, colors.secondary);
 }
 
-void paintCaret(QPainter& painter, const QRectF& caret) {
+void paintCaret(QPainter& painter, const QRectF& line) {
     constexpr double width = 1.5;
-    painter.fillRect(QRectF(caret.center().x() - width / 2, caret.top(), width, caret.height()),
-                     Theme::accent);
+    painter.fillRect(QRectF(line.left(), line.top(), width, line.height()), Theme::accent);
 }
 
 QSizeF tooltipSize(const QString& text) {

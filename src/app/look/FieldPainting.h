@@ -17,8 +17,8 @@ void paintField(QPainter& painter, const QRectF& rect, FieldShape shape, const T
 /// The magnifying glass at the start of a search field.
 void paintSearchSymbol(QPainter& painter, const QRectF& field, const ThemeColors& colors);
 
-/// The mark where the next character goes.
-void paintCaret(QPainter& painter, const QRectF& caret);
+/// The mark where the next character goes, of the height of `line` and at its left.
+void paintCaret(QPainter& painter, const QRectF& line);
 
 /// A word of help beside the pointer; `rect` is without its shadow.
 inline constexpr double tooltipRadius = 6;

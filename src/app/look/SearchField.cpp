@@ -8,8 +8,8 @@
 namespace quillet {
 namespace {
 
-/// The toolkit paints its caret in the colour of the text and wakes up to blink it; ours is painted
-/// by the field.
+/// The toolkit paints its caret in the colour of the text. As narrow as can be, it disappears under
+/// ours.
 class CaretlessStyle : public QProxyStyle {
 public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -44,8 +44,9 @@ void SearchField::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     if (!hasFocus() || hasSelectedText())
         return;
+    constexpr int before = 5; // the toolkit's rectangle starts so far before the caret
     QPainter painter(this);
-    paintCaret(painter, cursorRect());
+    paintCaret(painter, cursorRect().adjusted(before, 0, 0, 0));
 }
 
 void SearchField::followTheme() {

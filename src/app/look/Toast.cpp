@@ -8,8 +8,11 @@ using namespace std::chrono_literals;
 namespace quillet {
 namespace {
 
-constexpr PanelStyle style{
-    .level = 25, .canBecomeKey = false, .ignoresMouse = true, .margin = ToastView::margin};
+constexpr PanelStyle style{.level = 25,
+                           .canBecomeKey = false,
+                           .ignoresMouse = true,
+                           .margin = ToastView::margin,
+                           .cornerRadius = ToastView::cornerRadius};
 constexpr double aboveBottom = 90;
 constexpr auto fadeIn = 150ms;
 constexpr auto shown = 1600ms;

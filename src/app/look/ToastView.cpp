@@ -9,7 +9,6 @@
 namespace quillet {
 namespace {
 
-constexpr double corner = 24;
 constexpr double paddingX = 18;
 constexpr double paddingY = 12;
 constexpr double rowHeight = 22;
@@ -43,7 +42,7 @@ void ToastView::paint(QPainter& painter, const QRectF& card, const ThemeColors& 
                       Translucency translucency) const {
     painter.save();
     // Corners of 24 end as a capsule on a card of 46.
-    const double radius = std::min(corner, card.height() / 2);
+    const double radius = std::min(cornerRadius, card.height() / 2);
     if (translucency == Translucency::translucent)
         paintToastShadow(painter, card, radius, colors);
     paintGlassCard(painter, card, radius, colors, Material::regular, translucency);

@@ -16,6 +16,7 @@ struct ToastView {
 
     /// Clear space around the card, which its shadow uses.
     static constexpr double margin = 10;
+    static constexpr double cornerRadius = 24;
 
     /// The card's size for the whole message, without the margin.
     QSizeF size() const;
