@@ -133,6 +133,13 @@ TEST_F(X11Input, aPasteArrivesAsControlVInEveryLayoutWhateverIsHeld) {
     }
 }
 
+TEST_F(X11Input, aTerminalGetsControlShiftV) {
+    KeyLog target(*connection);
+    run(u"xprop -id %1 -f WM_CLASS 8s -set WM_CLASS XTerm"_s.arg(activeWindow(*connection)));
+    keys.post({{keyV, true, 1 << 20}, {keyV, false, 1 << 20}});
+    EXPECT_TRUE(spinUntil([&] { return target.keys().contains(u"press V 0x5"_s); }));
+}
+
 } // namespace
 
 } // namespace quillet

@@ -1,5 +1,6 @@
 #include "contracts/PanelsContract.h"
 #include "platform/linux/InputDesktop.h"
+#include "support/XClient.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -105,10 +106,13 @@ TEST_F(X11PanelsTest, theKeyPanelGetsWhatIsTypedWhileTheActiveWindowStays) {
     EXPECT_TRUE(spinUntil([&] { return search.text() == u"abcd"_s; }));
     EXPECT_TRUE(target.keys().isEmpty());
 
+    keys.post({{14, true, 0}, {14, false, 0}}); // waits for the panel to let go of the keyboard
+    spinFor(std::chrono::milliseconds(50));
+    EXPECT_TRUE(target.keys().isEmpty());
     panel->orderOut();
     EXPECT_FALSE(panel->isVisible() || panel->isKey());
-    run(u"xdotool key e"_s);
-    EXPECT_TRUE(spinUntil([&] { return !target.keys().isEmpty(); }));
+    EXPECT_TRUE(spinUntil([&] { return target.keys().size() == 2; }));
+    EXPECT_EQ(target.keys(), QStringList({u"press e 0x0"_s, u"release e 0x0"_s}));
     EXPECT_EQ(search.text(), u"abcd"_s);
     EXPECT_EQ(activeWindow(*connection), active);
     EXPECT_EQ(changes, 0);
@@ -131,6 +135,30 @@ TEST_F(X11PanelsTest, itLosesTheKeyboardToAClickElsewhereOrToAnotherActiveWindow
     EXPECT_TRUE(spinUntil([&] { return resigned == 2; }));
 }
 
+TEST_F(X11PanelsTest, itGetsTheKeyboardOnceAnotherProgramLetsGoOfIt) {
+    KeyLog target(*connection);
+    for (const int heldFor : {200, 800}) { // milliseconds; the panel does not ask for that long
+        XClient other(qgetenv("DISPLAY"));
+        const XClient::Event grab(reinterpret_cast<xcb_generic_event_t*>(xcb_grab_keyboard_reply(
+            other.connection(),
+            xcb_grab_keyboard(other.connection(), 0, other.root(), XCB_CURRENT_TIME,
+                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+            nullptr)));
+        search.clear();
+        panel->makeKeyAndOrderFront();
+        spinFor(std::chrono::milliseconds(heldFor));
+        xcb_ungrab_keyboard(other.connection(), XCB_CURRENT_TIME);
+        other.serverTime();
+        spinFor(std::chrono::milliseconds(50));
+        run(u"xdotool type abc"_s);
+        EXPECT_TRUE(spinUntil([&] { return search.text() == u"abc"_s; })) << heldFor;
+        panel->orderOut();
+        target.forget();
+        run(u"xdotool key x"_s);
+        EXPECT_TRUE(spinUntil([&] { return target.keys().size() == 2; })) << heldFor;
+    }
+}
+
 TEST_F(X11PanelsTest, panelsStandByLevelAndAboveFullScreenWindows) {
     Sheet higherContent{0x0000ff};
     const auto higher = panels.make(higherContent, {102, false, true, 0, 0});
@@ -149,7 +177,7 @@ TEST_F(X11PanelsTest, panelsStandByLevelAndAboveFullScreenWindows) {
     EXPECT_NE(pixel(card.minX() + 1, card.minY() + 1), 0xff0000U);
 }
 
-TEST_F(X11PanelsTest, withACompositorThePanelFades) {
+TEST_F(X11PanelsTest, withACompositorThePanelFadesAndItsMarginLetsClicksThrough) {
     QProcess compositor;
     compositor.start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s});
     ASSERT_TRUE(spinUntil([&] { return panels.isTranslucent(); }));
@@ -163,6 +191,12 @@ TEST_F(X11PanelsTest, withACompositorThePanelFades) {
     }));
     panel->setAlpha(0);
     EXPECT_TRUE(spinUntil([&] { return pixel(card.midX(), card.minY() + 5) == pixel(1500, 900); }));
+
+    panel->makeKeyAndOrderFront();
+    clickAt(card.midX(), card.midY());
+    EXPECT_EQ(resigned, 0);
+    clickAt(card.minX() - 10, card.midY());
+    EXPECT_EQ(resigned, 1);
     compositor.terminate();
     compositor.waitForFinished();
 }

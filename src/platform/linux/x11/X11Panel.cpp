@@ -19,9 +19,11 @@ namespace {
 constexpr Scheduler::Duration grabRetry{10};
 constexpr int grabAttempts = 60;
 
-/// The toolkit's connection made the window, so requests about it keep their order there.
+/// The toolkit's connection made the window, so requests about it keep their order there. Null
+/// where somebody chose another backend for the toolkit.
 xcb_connection_t* toolkit() {
-    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
 }
 
 xcb_window_t windowOf(const QWidget& widget) {
@@ -88,7 +90,6 @@ void X11Panel::makeKeyAndOrderFront() {
 void X11Panel::orderOut() {
     giveKeyboardBack();
     m_content.hide();
-    xcb_flush(toolkit());
 }
 
 bool X11Panel::isVisible() const {
@@ -134,6 +135,8 @@ void X11Panel::applyShape() {
         painter.end();
         m_content.setMask(shape);
     }
+    if (!toolkit())
+        return;
     const qreal scale = m_content.devicePixelRatio();
     const auto pixels = [scale](int points) { return std::lround(points * scale); };
     const xcb_rectangle_t clickable{
@@ -159,6 +162,8 @@ void X11Panel::takeKeyboard(int attemptsLeft) {
 }
 
 void X11Panel::takeFocus() {
+    if (!toolkit())
+        return;
     qCWarning(logPanels, "another program holds the keyboard; the panel gets keys when it lets go");
     const XcbOwned<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(toolkit(), xcb_get_input_focus(toolkit()), nullptr));
@@ -178,7 +183,8 @@ void X11Panel::giveKeyboardBack() {
         xcb_set_input_focus(toolkit(), XCB_INPUT_FOCUS_PARENT, m_focusBefore, XCB_CURRENT_TIME);
         m_focusBefore = XCB_WINDOW_NONE;
     }
-    xcb_flush(toolkit());
+    if (toolkit())
+        xcb_flush(toolkit()); // whoever synthesizes keys next must find the keyboard free
     m_panels.gaveUpKey(*this);
 }
 

@@ -79,8 +79,10 @@ bool X11Panels::isPointerOnOurs() const {
     const XcbOwned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
         m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr));
     const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!pointer || !toolkit)
+        return false;
     const xcb_setup_t* setup = xcb_get_setup(toolkit->connection());
-    return pointer && pointer->child != XCB_WINDOW_NONE &&
+    return pointer->child != XCB_WINDOW_NONE &&
            (pointer->child & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
