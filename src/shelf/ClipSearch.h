@@ -4,7 +4,6 @@
 #include "platform/Alive.h"
 #include "platform/Scheduler.h"
 
-#include <QByteArrayMatcher>
 #include <QCache>
 #include <QHash>
 
@@ -17,7 +16,7 @@ class ClipSearch {
 public:
     explicit ClipSearch(Scheduler& scheduler);
 
-    /// Makes these items ready, and forgets all others.
+    /// Makes these items ready in the background, and forgets all others.
     void prepare(const ClipItems& items);
 
     /// Sets what to look for.
@@ -42,7 +41,7 @@ private:
     void readPending();
 
     Scheduler& m_scheduler;
-    QByteArrayMatcher m_needle;
+    QByteArray m_needle;
     QHash<QUuid, QByteArray> m_short;
     QCache<QUuid, QByteArray> m_long;
     QHash<QUuid, bool> m_verdicts; ///< of long texts, on the present needle

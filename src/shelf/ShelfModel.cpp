@@ -69,6 +69,7 @@ ShelfModel::ShelfModel(ClipboardStore& store, Scheduler& scheduler)
     : m_store(store), m_search(scheduler) {
     connect(&store, &ClipboardStore::itemsChanged, this, &ShelfModel::forgetVisibleItems);
     m_search.onFound = [this] { forgetVisibleItems(); };
+    m_search.prepare(store.items());
 }
 
 void ShelfModel::setQuery(const QString& query) {

@@ -75,11 +75,7 @@ protected:
             shelf.advance(1000);
         shelf.world.scheduler.setNow(m_now);
         shelf.view().row().refresh();
-        QImage image(shelf.controller.window().size() * 2, QImage::Format_ARGB32_Premultiplied);
-        image.setDevicePixelRatio(2);
-        image.fill(Qt::transparent);
-        shelf.controller.window().render(&image, {}, {}, QWidget::DrawChildren);
-        return image;
+        return shelf.controller.window().grab().toImage();
     }
 
     Shelf shelf;

@@ -31,7 +31,7 @@ QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
 
 } // namespace
 
-void installClipCardAccessibility() {
+void ClipCard::installAccessibility() {
     QAccessible::installFactory(makeAccessible);
 }
 
@@ -39,13 +39,19 @@ ClipCard::ClipCard(QWidget& row, std::shared_ptr<ClipItem> item, Scheduler& sche
                    const Theme& theme)
     : QWidget(&row), m_item(std::move(item)), m_theme(theme), m_animation(scheduler) {
     resize(ClipCardLook::size.toSize());
+    connect(&theme, &Theme::changed, this, &ClipCard::repaintAnew);
+}
+
+void ClipCard::repaintAnew() {
+    m_picture = {};
+    update();
 }
 
 void ClipCard::setLook(const ClipCardLook& look) {
     const double selection = m_look.selection;
     m_look = look;
     m_look.selection = selection;
-    update();
+    repaintAnew();
 }
 
 void ClipCard::setSelected(bool isSelected) {
@@ -56,6 +62,10 @@ void ClipCard::setSelected(bool isSelected) {
     changed.selected = true;
     QAccessibleStateChangeEvent event(this, changed);
     QAccessible::updateAccessibility(&event);
+    if (isSelected) {
+        QAccessibleEvent selection(this, QAccessible::Selection);
+        QAccessible::updateAccessibility(&selection);
+    }
 
     const double target = isSelected ? 1 : 0;
     if (!isVisible()) {
@@ -70,13 +80,23 @@ void ClipCard::setSelected(bool isSelected) {
 
 void ClipCard::showSelection(double selection) {
     m_look.selection = selection;
-    update();
+    repaintAnew();
     Q_EMIT selectionShownChanged();
 }
 
 void ClipCard::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    paintClipCard(painter, rect(), m_look, m_theme.colors());
+    if (m_animation.isRunning())
+        return paintClipCard(painter, rect(), m_look, m_theme.colors());
+    // Scrolling moves cards without changing them, and text and pictures are slow to draw.
+    if (m_picture.isNull() || m_picture.devicePixelRatio() != devicePixelRatio()) {
+        m_picture = QPixmap(size() * devicePixelRatio());
+        m_picture.setDevicePixelRatio(devicePixelRatio());
+        m_picture.fill(Qt::transparent);
+        QPainter picture(&m_picture);
+        paintClipCard(picture, rect(), m_look, m_theme.colors());
+    }
+    painter.drawPixmap(0, 0, m_picture);
 }
 
 void ClipCard::mousePressEvent(QMouseEvent* event) {

@@ -3,6 +3,7 @@
 #include "app/look/Animation.h"
 #include "shelf/ui/ClipCardLook.h"
 
+#include <QPixmap>
 #include <QWidget>
 
 namespace quillet {
@@ -13,6 +14,9 @@ class ClipCard : public QWidget {
     Q_OBJECT
 
 public:
+    /// Lets assistive programs know cards as items of a list, selected or not. Once is enough.
+    static void installAccessibility();
+
     ClipCard(QWidget& row, std::shared_ptr<ClipItem> item, Scheduler& scheduler,
              const Theme& theme);
 
@@ -43,16 +47,15 @@ protected:
 
 private:
     void showSelection(double selection);
+    void repaintAnew();
 
     std::shared_ptr<ClipItem> m_item;
     const Theme& m_theme;
     ClipCardLook m_look;
     bool m_isSelected = false;
     Animation m_animation;
+    QPixmap m_picture; ///< what it shows while it does not move; null when that has changed
     QPoint m_pressed;
 };
-
-/// Lets assistive programs know cards as items of a list, selected or not.
-void installClipCardAccessibility();
 
 } // namespace quillet

@@ -91,7 +91,7 @@ void paintBand(QPainter& painter, const ClipCardLook& look) {
     }
     double right = band.right() - padding;
     if (!look.badge.isEmpty()) {
-        const double width = textWidth(look.badge, badgeStyle) + 12;
+        const double width = textWidth(look.badge, badgeStyle) + 10;
         paintBadge(painter, {right - width, 16, width, 18}, look.badge);
         right -= width + 6;
     }

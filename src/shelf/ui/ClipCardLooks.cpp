@@ -76,7 +76,8 @@ QImage ClipCardLooks::fileIcon(const QString& path) {
     if (const QImage* known = m_fileIcons.object(path))
         return *known;
     const QImage icon = m_workspace.icon(path, fileIconPixels);
-    m_fileIcons.insert(path, std::make_unique<QImage>(icon).release());
+    if (!icon.isNull())
+        m_fileIcons.insert(path, std::make_unique<QImage>(icon).release());
     return icon;
 }
 

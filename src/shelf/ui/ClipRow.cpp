@@ -28,6 +28,7 @@ ClipRow::ClipRow(QWidget& parent, ShelfModel& model, ClipCardLooks& looks, Sched
       m_scheduler(scheduler),
       m_theme(theme),
       m_scrolling(scheduler) {
+    ClipCard::installAccessibility();
     setAccessibleName(tr("Clips"));
     connect(&model, &ShelfModel::visibleItemsChanged, this, &ClipRow::refresh);
     connect(&model, &ShelfModel::selectedIDChanged, this, [this] {

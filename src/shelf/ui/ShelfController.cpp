@@ -52,7 +52,6 @@ void ShelfController::show() {
         m_panel->setFrame({{target.minX(), target.minY() - below}, target.size});
         m_panel->setAlpha(progress);
     };
-    m_window.adapt();
     place(0);
     m_panel->makeKeyAndOrderFront();
     m_animation.start(Motion::easeOut(showDuration), place);

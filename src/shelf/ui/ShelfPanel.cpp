@@ -22,7 +22,11 @@ ShelfPanel::ShelfPanel(const Theme& theme, const Panels& panels)
 }
 
 PanelStyle ShelfPanel::style() const {
-    return {.level = popUpMenuLevel, .canBecomeKey = true, .ignoresMouse = false, .margin = margin};
+    return {.level = popUpMenuLevel,
+            .canBecomeKey = true,
+            .ignoresMouse = false,
+            .margin = margin,
+            .cornerRadius = cornerRadius};
 }
 
 QRect ShelfPanel::card() const {
@@ -35,20 +39,9 @@ void ShelfPanel::setContent(QWidget& content) {
     content.setGeometry(card());
 }
 
-void ShelfPanel::adapt() {
-    if (m_panels.isTranslucent()) {
-        clearMask();
-    } else {
-        const QPainterPath outline = continuousRect(card(), cornerRadius);
-        setMask(QRegion(outline.toFillPolygon().toPolygon()));
-    }
-    update();
-}
-
 void ShelfPanel::resizeEvent(QResizeEvent*) {
     if (m_content)
         m_content->setGeometry(card());
-    adapt();
 }
 
 void ShelfPanel::paintEvent(QPaintEvent*) {

@@ -23,9 +23,6 @@ public:
     /// The widget that fills the card.
     void setContent(QWidget& content);
 
-    /// Takes the shape that windows can have at the moment.
-    void adapt();
-
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

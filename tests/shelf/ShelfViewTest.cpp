@@ -1,0 +1,203 @@
+#include "shelf/Shelf.h"
+#include "support/SamplePictures.h"
+
+#include <gmock/gmock.h>
+#include <QAccessible>
+#include <QApplication>
+#include <QDir>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+namespace quillet {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class ShelfViewTest : public testing::Test {
+protected:
+    ShelfViewTest() { resize(1000); }
+
+    void resize(int width) {
+        shelf.controller.window().resize(width + 96, 318 + 96);
+        shelf.controller.window().grab(); // hidden widgets hear of their size when drawn
+    }
+
+    void copyTexts(int count) {
+        for (int i = 1; i <= count; ++i)
+            shelf.world.copy(u"text %1"_s.arg(i));
+        shelf.controller.show();
+    }
+
+    ClipRow& row() { return shelf.view().row(); }
+
+    void wheel(QPoint pixels, QPoint angle) {
+        QWheelEvent event({100, 100}, {100, 100}, pixels, angle, {}, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&row(), &event);
+    }
+
+    static void click(ClipCard& card, QEvent::Type type) {
+        QMouseEvent event(type, QPointF(9, 9), QPointF(9, 9), Qt::LeftButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&card, &event);
+    }
+
+    QStringList menuTexts() {
+        const auto menu = shelf.view().menuFor(shelf.world.newest());
+        QStringList texts;
+        for (const QAction* action : menu->actions())
+            texts.append(action->isSeparator() ? u"-"_s : action->text());
+        return texts;
+    }
+
+    void choose(const QString& text) {
+        const auto menu = shelf.view().menuFor(shelf.world.newest());
+        for (QAction* action : menu->actions()) {
+            if (action->text() == text)
+                return action->trigger();
+        }
+        FAIL() << qPrintable(text);
+    }
+
+    Shelf shelf;
+};
+
+TEST_F(ShelfViewTest, onlyTheCardsInViewExistAndTheSelectedOneComesToTheMiddle) {
+    copyTexts(200);
+    EXPECT_EQ(row().cards().size(), 5U);
+    for (int i = 0; i < 100; ++i)
+        shelf.model().moveSelection(+1);
+    shelf.advance(1000);
+    EXPECT_LE(row().cards().size(), 6U);
+    const auto cards = row().cards();
+    const auto selected = std::ranges::find_if(cards, &ClipCard::isSelected);
+    ASSERT_NE(selected, cards.end());
+    EXPECT_EQ((*selected)->item()->text(), u"text 100"_s);
+    EXPECT_NEAR((*selected)->geometry().center().x(), 500, 1);
+
+    shelf.controller.show();
+    EXPECT_EQ(row().offset(), 0);
+    EXPECT_EQ(row().cards().front()->geometry().topLeft(), QPoint(18, 61));
+    EXPECT_TRUE(row().cards().front()->isSelected());
+}
+
+TEST_F(ShelfViewTest, wheelAndTouchpadScrollWithinTheRow) {
+    copyTexts(20);
+    const double end = 18 + 20 * 230 - 14 + 18 - 1000;
+    wheel({0, -40}, {0, -60});
+    EXPECT_EQ(row().offset(), 40);
+    wheel({70, 0}, {});
+    EXPECT_EQ(row().offset(), 0);
+    wheel({}, {0, -120});
+    wheel({}, {0, -120});
+    shelf.advance(1000);
+    EXPECT_EQ(row().offset(), 230) << "two notches in quick succession add up";
+    wheel({-90'000, 0}, {});
+    EXPECT_EQ(row().offset(), end);
+
+    resize(3000);
+    EXPECT_EQ(row().offset(), end - 2000);
+    shelf.model().setQuery(u"text 7"_s);
+    EXPECT_EQ(row().offset(), 0);
+    EXPECT_EQ(row().cards().size(), 1U);
+}
+
+TEST_F(ShelfViewTest, cardsTellAssistiveProgramsWhatTheyAre) {
+    shelf.world.workspace.setFrontmost(RunningApplication{u"org.kate"_s, u"Kate"_s, 7});
+    copyTexts(2);
+    shelf.world.store->togglePin(shelf.world.newest());
+    const auto cards = row().cards();
+    EXPECT_EQ(cards[0]->accessibleName(), u"Text from Kate, 0 sec. ago, pinned, 1 of 2"_s);
+    EXPECT_EQ(cards[1]->accessibleName(), u"Text from Kate, 1 sec. ago, 2 of 2"_s);
+    const QAccessibleInterface* first = QAccessible::queryAccessibleInterface(cards[0]);
+    EXPECT_EQ(first->role(), QAccessible::ListItem);
+    EXPECT_TRUE(first->state().selected);
+    EXPECT_FALSE(QAccessible::queryAccessibleInterface(cards[1])->state().selected);
+}
+
+TEST_F(ShelfViewTest, aClickSelectsAndADoubleClickPastes) {
+    copyTexts(3);
+    click(*row().cards()[2], QEvent::MouseButtonPress);
+    EXPECT_EQ(shelf.model().selectedItem()->text(), u"text 1"_s);
+    click(*row().cards()[2], QEvent::MouseButtonDblClick);
+    shelf.advance(100);
+    EXPECT_EQ(shelf.keys.posted.size(), 2U);
+    EXPECT_EQ(shelf.world.newest()->text(), u"text 1"_s);
+}
+
+TEST_F(ShelfViewTest, theMenuOffersWhatFitsTheItem) {
+    const QStringList start{u"Paste"_s, u"Paste as Plain Text"_s, u"Copy"_s, u"-"_s};
+    shelf.world.copy(u"https://example.org/a"_s);
+    EXPECT_EQ(menuTexts(), start + QStringList({u"Pin"_s, u"Open Link"_s, u"-"_s, u"Delete"_s}));
+    choose(u"Open Link"_s);
+    EXPECT_THAT(shelf.world.workspace.opened,
+                testing::ElementsAre(QUrl(u"https://example.org/a"_s)));
+    choose(u"Pin"_s);
+    EXPECT_EQ(menuTexts(), start + QStringList({u"Unpin"_s, u"Open Link"_s, u"-"_s, u"Delete"_s}));
+
+    shelf.world.copy({{PasteboardType::fileURL, "file:///h/a.txt\r\nfile:///h/b.txt\r\n"}});
+    EXPECT_EQ(menuTexts(),
+              start + QStringList({u"Pin"_s, u"Show in Finder"_s, u"-"_s, u"Delete"_s}));
+    choose(u"Show in Finder"_s);
+    EXPECT_EQ(shelf.world.workspace.revealed, QStringList(u"/h/a.txt"_s));
+    choose(u"Delete"_s);
+    EXPECT_EQ(shelf.world.store->items().size(), 1U);
+}
+
+TEST_F(ShelfViewTest, copyKeepsTheShelfOpenAndPasteClosesIt) {
+    copyTexts(1);
+    shelf.advance(2000);
+    const size_t before = shelf.world.soundsPlayed();
+    choose(u"Copy"_s);
+    shelf.advance(1000);
+    EXPECT_TRUE(shelf.controller.isVisible());
+    EXPECT_EQ(shelf.world.soundsPlayed(), before + 1);
+    choose(u"Paste as Plain Text"_s);
+    EXPECT_FALSE(shelf.controller.isVisible());
+}
+
+TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
+    shelf.world.copy(u"words"_s);
+    EXPECT_EQ(shelf.view().dragContent(*shelf.world.newest())->text(), u"words"_s);
+    shelf.world.copy({{PasteboardType::fileURL, "file:///h/a.txt\r\nfile:///h/b.txt\r\n"}});
+    EXPECT_EQ(shelf.view().dragContent(*shelf.world.newest())->urls(),
+              QList<QUrl>{QUrl(u"file:///h/a.txt"_s)});
+
+    const QByteArray png = pngOf(sampleScreenshot({300, 200}));
+    shelf.world.copy({{PasteboardType::png, png}});
+    const auto image = shelf.view().dragContent(*shelf.world.newest());
+    EXPECT_EQ(image->data(u"image/png"_s), png);
+    ASSERT_EQ(image->urls().size(), 1);
+    QFile file(image->urls().front().toLocalFile());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), png);
+    EXPECT_NE(shelf.view().dragContent(*shelf.world.newest())->urls(), image->urls());
+
+    const DragFiles nextRun(shelf.folder.filePath(u"drag"_s));
+    EXPECT_FALSE(file.exists());
+}
+
+TEST_F(ShelfViewTest, hardContentsLeaveTheShelfWhole) {
+    const QStringList texts{u"שלום עולם \u202e reversed"_s,
+                            u"Z"_s + QString(5000, QChar(0x0301)),
+                            u"\x01\x02\x7f\t\r\n\u0000 end"_s,
+                            u"https://example.org/?q="_s + QString(100'000, u'a'),
+                            u" #2F 9E8F "_s,
+                            u"👩‍👩‍👧"_s.repeated(3000),
+                            QString(200'000, u'\n')};
+    for (const QString& text : texts)
+        shelf.world.copy(text);
+    shelf.world.copy({{PasteboardType::fileURL, "file:///nowhere/gone.txt\r\n"}});
+    shelf.controller.show();
+    resize(3000);
+    shelf.advance(1000);
+    EXPECT_EQ(row().cards().size(), shelf.world.store->items().size());
+    const QImage picture = shelf.controller.window().grab().toImage();
+    const double scale = picture.devicePixelRatio();
+    for (const ClipCard* card : row().cards()) {
+        const int gap = qRound((48 + card->geometry().right() + 7) * scale);
+        for (int y = qRound(100 * scale); y < qRound(350 * scale); ++y)
+            ASSERT_GT(picture.pixelColor(gap, y).lightness(), 200) << "ink beside a card";
+    }
+}
+
+} // namespace
+} // namespace quillet
