@@ -58,8 +58,7 @@ QImage blurredRect(const QSizeF& size, double corner, const ShadowLayer& layer, 
     QPainter painter(&shape);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(shape.width() / whole.width(), shape.height() / whole.height());
-    painter.fillPath(continuousRect(QRectF({margin, margin}, size), corner),
-                     withAlpha(Qt::black, layer.opacity));
+    painter.fillPath(continuousRect(QRectF({margin, margin}, size), corner), Qt::black);
     painter.end();
     const auto kernel = gaussian(layer.radius * coarse);
     shape.convertTo(QImage::Format_Alpha8);
@@ -81,8 +80,8 @@ QSizeF patchSize(const QSizeF& size, double corner, double radius) {
 }
 
 const QImage& patch(const QSizeF& size, double corner, const ShadowLayer& layer, double scale) {
-    const auto key = std::make_tuple(size.width(), size.height(), corner, layer.radius,
-                                     layer.opacity, layer.tint.rgb(), scale);
+    const auto key =
+        std::make_tuple(size.width(), size.height(), corner, layer.radius, layer.tint.rgb(), scale);
     static std::map<decltype(key), QImage> patches;
     constexpr size_t enough = 64;
     if (patches.size() > enough)
@@ -110,11 +109,14 @@ void paintNinePatch(QPainter& painter, const QRectF& target, const QImage& image
                               bottom - (image.height() - middleY - 1) / scale, bottom};
     for (size_t row = 0; row < 3; ++row) {
         for (size_t column = 0; column < 3; ++column) {
-            painter.drawImage(QRectF(QPointF(targetX[column], targetY[row]),
-                                     QPointF(targetX[column + 1], targetY[row + 1])),
-                              image,
-                              QRectF(QPointF(sourceX[column], sourceY[row]),
-                                     QPointF(sourceX[column + 1], sourceY[row + 1])));
+            const QRectF piece(QPointF(targetX[column], targetY[row]),
+                               QPointF(targetX[column + 1], targetY[row + 1]));
+            if (row == 1 && column == 1)
+                painter.fillRect(piece, image.pixelColor(middleX, middleY)); // much the largest
+            else
+                painter.drawImage(piece, image,
+                                  QRectF(QPointF(sourceX[column], sourceY[row]),
+                                         QPointF(sourceX[column + 1], sourceY[row + 1])));
         }
     }
 }
@@ -129,6 +131,7 @@ void paintShadow(QPainter& painter, const QRectF& rect, double cornerRadius,
         patch(patchSize(rect.size(), cornerRadius, layer.radius), cornerRadius, layer, scale);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setOpacity(painter.opacity() * layer.opacity);
     paintNinePatch(painter,
                    rect.adjusted(-margin, -margin, margin, margin).translated(0, layer.offsetY),
                    image, scale);

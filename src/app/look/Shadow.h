@@ -14,7 +14,8 @@ struct ShadowLayer {
     QColor tint = Qt::black;
 };
 
-/// Paints the shadow that a rounded rectangle casts, from a nine-patch drawn once.
+/// Paints the shadow that a rounded rectangle casts, from a nine-patch drawn once for each radius,
+/// corner and tint: an opacity can change from frame to frame, a radius should not.
 void paintShadow(QPainter& painter, const QRectF& rect, double cornerRadius,
                  const ShadowLayer& layer);
 
