@@ -49,6 +49,8 @@ TYPED_TEST_P(WorkspaceContract, theFrontmostApplicationFollowsTheAttentionAndOut
 TYPED_TEST_P(WorkspaceContract, anUnknownApplicationHasNoNameAndCannotBeActivated) {
     const RunningApplication ghost{QStringLiteral("no.such.application"), {}, 0};
     EXPECT_EQ(this->backend.workspace().applicationName(ghost.bundleID), std::nullopt);
+    EXPECT_EQ(this->backend.workspace().applicationLocation(ghost.bundleID), std::nullopt);
+    EXPECT_TRUE(this->backend.workspace().icon(QStringLiteral("/no/such.desktop"), 32).isNull());
     EXPECT_FALSE(this->backend.workspace().activate(ghost));
 }
 

@@ -14,8 +14,11 @@
 #include <future>
 #include <map>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 
 namespace quillet {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -114,6 +117,25 @@ struct X11WorkspaceBackend : X11Backend {
     void closeApplication(const QString& bundleID) { applications.erase(bundleID); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(X11, WorkspaceContract, X11WorkspaceBackend);
+
+TEST(X11WorkspaceIcons, anApplicationsIconIsTheOneItsDesktopFileNames) {
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath(u"editor.png"_s);
+    QImage drawn(48, 48, QImage::Format_ARGB32);
+    drawn.fill(QColor(10, 20, 30));
+    ASSERT_TRUE(drawn.save(picture));
+    for (const auto& [id, icon] : {std::pair{u"editor"_s, picture}, {u"plain"_s, u"no-icon"_s}}) {
+        QFile entry(folder.filePath(id + u".desktop"_s));
+        ASSERT_TRUE(entry.open(QIODevice::WriteOnly));
+        entry.write("[Desktop Entry]\nName=A\nIcon=" + icon.toUtf8() + '\n');
+    }
+    const auto connection = X11Connection::open();
+    const X11Workspace workspace(*connection, DesktopEntries({folder.path()}));
+    const QImage icon = workspace.icon(workspace.applicationLocation(u"editor"_s).value(), 24);
+    EXPECT_EQ(icon.size(), QSize(24, 24));
+    EXPECT_EQ(icon.pixelColor(12, 12), QColor(10, 20, 30));
+    EXPECT_TRUE(workspace.icon(workspace.applicationLocation(u"plain"_s).value(), 24).isNull());
+}
 
 struct X11ScreensBackend : X11Backend {
     X11Screens x11{*connection};
