@@ -51,11 +51,6 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11RawInput& rawInput, Schedul
     constexpr auto parts = static_cast<uint16_t>(
         XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP);
     xcb_xkb_select_events(xcb, XCB_XKB_ID_USE_CORE_KBD, changes, 0, changes, parts, parts, nullptr);
-    // A held key then sends presses alone, not pairs that look like being pressed again.
-    const auto asked = xcb_xkb_per_client_flags(
-        xcb, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
-        XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0);
-    xcb_discard_reply(xcb, asked.sequence);
     qGuiApp->installNativeEventFilter(this);
     m_listening = connection.listen([this](const xcb_generic_event_t& event) { handle(event); });
 }
