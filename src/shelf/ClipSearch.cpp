@@ -16,10 +16,10 @@ constexpr qint64 readAtOnce = 16 << 20;
 ClipSearch::ClipSearch(Scheduler& scheduler) : m_scheduler(scheduler), m_long(longTextsKept) {}
 
 QByteArray ClipSearch::comparable(const QString& text) {
-    // Capitals first, in the locale's way: they are what ß and SS share, and in Turkish the capital
-    // of i is not I. Accents count, so a letter with its accent must be one character however the
-    // text spells it.
-    return QLocale().toUpper(text.normalized(QString::NormalizationForm_C)).toCaseFolded().toUtf8();
+    // Capitals in the locale's way: they are what ß and SS share, both small sigmas have the same
+    // one, and in Turkish that of i is not I. Accents count, so a letter with its accent must be
+    // one character however the text spells it.
+    return QLocale().toUpper(text.normalized(QString::NormalizationForm_C)).toUtf8();
 }
 
 void ClipSearch::prepare(const ClipItems& items) {

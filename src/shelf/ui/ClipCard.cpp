@@ -47,10 +47,11 @@ void ClipCard::repaintAnew() {
     update();
 }
 
-void ClipCard::setLook(const ClipCardLook& look) {
-    const double selection = m_look.selection;
-    m_look = look;
-    m_look.selection = selection;
+void ClipCard::setLook(ClipCardLook look) {
+    look.selection = m_look.selection;
+    if (look == m_look)
+        return;
+    m_look = std::move(look);
     repaintAnew();
 }
 

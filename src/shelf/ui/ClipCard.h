@@ -23,7 +23,7 @@ public:
     const std::shared_ptr<ClipItem>& item() const { return m_item; }
 
     /// Replaces what it shows; its selection stays as it is.
-    void setLook(const ClipCardLook& look);
+    void setLook(ClipCardLook look);
 
     bool isSelected() const { return m_isSelected; }
     void setSelected(bool isSelected);

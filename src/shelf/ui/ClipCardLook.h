@@ -15,6 +15,7 @@ struct ClipCardLook {
     struct File {
         QString name;
         QImage icon;
+        bool operator==(const File&) const = default;
     };
 
     static constexpr QSizeF size{216, 236};
@@ -37,6 +38,8 @@ struct ClipCardLook {
 
     QString footer;
     double selection = 0; ///< 0 is not selected, 1 selected; between and beyond while it changes
+
+    bool operator==(const ClipCardLook&) const = default;
 };
 
 /// Where the card shows in its place: one that is not selected is a little smaller.

@@ -115,17 +115,18 @@ ClipCard* ClipRow::makeCard(const std::shared_ptr<ClipItem>& item) {
     connect(card, &ClipCard::selectionShownChanged, this, qOverload<>(&QWidget::update));
     connect(card, &ClipCard::chosen, this, [this, item] { m_model.setSelectedID(item->id()); });
     connect(card, &ClipCard::pasted, this, [this, item] { Q_EMIT pasteRequested(item); });
-    connect(card, &ClipCard::draggedOut, this, [this, item] { Q_EMIT draggedOut(item); });
+    connect(card, &ClipCard::draggedOut, this,
+            [this, item, card] { Q_EMIT draggedOut(item, card->grab()); });
     connect(card, &ClipCard::menuRequested, this,
             [this, item](QPoint position) { Q_EMIT menuRequested(item, position); });
     return card;
 }
 
 void ClipRow::showLook(ClipCard& card, int index) {
-    const ClipCardLook look = m_looks.look(*card.item(), index);
+    ClipCardLook look = m_looks.look(*card.item(), index);
     const auto count = static_cast<qsizetype>(m_model.visibleItems().size());
     card.setAccessibleName(ClipCardLooks::accessibleName(*card.item(), look, index, count));
-    card.setLook(look);
+    card.setLook(std::move(look));
 }
 
 void ClipRow::placeCards() {

@@ -30,7 +30,7 @@ public:
 Q_SIGNALS:
     void pasteRequested(const std::shared_ptr<ClipItem>& item);
     void menuRequested(const std::shared_ptr<ClipItem>& item, QPoint globalPosition);
-    void draggedOut(const std::shared_ptr<ClipItem>& item);
+    void draggedOut(const std::shared_ptr<ClipItem>& item, const QPixmap& picture);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -2,6 +2,7 @@
 #include "imaging/Bitmap.h"
 
 #include <QDrag>
+#include <QPixmap>
 
 namespace quillet {
 
@@ -38,8 +39,7 @@ ShelfView::ShelfView(ShelfModel& model, const Services& services, Paste onPaste,
     connect(m_row, &ClipRow::pasteRequested, this,
             [this](const std::shared_ptr<ClipItem>& item) { m_onPaste(item, false); });
     connect(m_row, &ClipRow::menuRequested, this, &ShelfView::popUpMenu);
-    connect(m_row, &ClipRow::draggedOut, this,
-            [this](const std::shared_ptr<ClipItem>& item) { drag(*item); });
+    connect(m_row, &ClipRow::draggedOut, this, &ShelfView::drag);
     m_previews.onReady = [this] { m_row->refresh(); };
     showContent();
 }
@@ -107,10 +107,11 @@ std::unique_ptr<QMimeData> ShelfView::dragContent(const ClipItem& item) {
     return content;
 }
 
-void ShelfView::drag(const ClipItem& item) {
+void ShelfView::drag(const std::shared_ptr<ClipItem>& item, const QPixmap& picture) {
     // The row is the source: the card may go while the drag is under way.
     auto* drag = new QDrag(m_row);
-    drag->setMimeData(dragContent(item).release());
+    drag->setMimeData(dragContent(*item).release());
+    drag->setPixmap(picture.scaledToHeight(picture.height() / 2, Qt::SmoothTransformation));
     drag->exec(Qt::CopyAction);
 }
 

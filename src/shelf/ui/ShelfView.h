@@ -46,7 +46,7 @@ private:
     void showContent();
     void popUpMenu(const std::shared_ptr<ClipItem>& item, QPoint globalPosition);
     void copy(const std::shared_ptr<ClipItem>& item);
-    void drag(const ClipItem& item);
+    void drag(const std::shared_ptr<ClipItem>& item, const QPixmap& picture);
 
     ShelfModel& m_model;
     Services m_services;
