@@ -21,7 +21,9 @@ double textInset(CheckColumn column) {
 } // namespace
 
 double menuRowWidth(const QString& text, CheckColumn checkColumn) {
-    return textInset(checkColumn) + std::ceil(textWidth(text, TextStyles::body)) + inset;
+    constexpr double least = 130; // a menu of short words would look like a mistake
+    return std::max(least,
+                    textInset(checkColumn) + std::ceil(textWidth(text, TextStyles::body)) + inset);
 }
 
 void paintMenuRow(QPainter& painter, const QRectF& rect, const MenuRowLook& look,
