@@ -3,12 +3,14 @@
 #include "app/look/SearchField.h"
 #include "app/look/Segmented.h"
 #include "app/look/Toggles.h"
+#include "app/look/Tooltips.h"
 #include "platform/memory/MemoryPanels.h"
 #include "platform/memory/MemoryScheduler.h"
 
 #include <gtest/gtest.h>
 #include <QAccessible>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QMouseEvent>
 
 namespace quillet {
@@ -130,6 +132,29 @@ TEST_F(ControlsTest, aMenuReportsTheChosenRowAndClosesOnAClickInItsShadow) {
     menu.popupAt({100, 100});
     click(menu, {10, 10});
     EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(ControlsTest, aTooltipStaysOnTheScreenAndGoesWithThePointer) {
+    SymbolButton close(look, u"xmark"_s, u"Close (Esc)"_s, &window);
+    Tooltips tooltips(look);
+    show();
+    const auto bubble = []() -> const QWidget* {
+        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->windowType() == Qt::ToolTip && widget->isVisible())
+                return widget;
+        }
+        return nullptr;
+    };
+    const QRect screen = window.screen()->availableGeometry();
+    QHelpEvent rest(QEvent::ToolTip, {5, 5}, screen.bottomRight());
+    QApplication::sendEvent(&close, &rest);
+    ASSERT_TRUE(bubble());
+    EXPECT_TRUE(screen.contains(bubble()->geometry()));
+    const QRect card = bubble()->geometry().adjusted(10, 10, -10, -10);
+    EXPECT_LT(card.bottom(), screen.bottom() - 5) << "not under the pointer";
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&close, &leave);
+    EXPECT_FALSE(bubble());
 }
 
 } // namespace quillet
