@@ -3,6 +3,7 @@
 #include "platform/linux/x11/X11Panels.h"
 
 #include <algorithm>
+#include <map>
 #include <QLoggingCategory>
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -72,6 +73,16 @@ constexpr QByteArrayView terminals[] = {
     "yakuake",
 };
 
+std::set<xcb_keycode_t> modifierKeys(const X11Keymap& keymap, uint64_t flags) {
+    std::set<xcb_keycode_t> keys;
+    for (const ModifierFlag& modifier : modifierFlags) {
+        const auto key = keymap.keyWith({modifier.symbol});
+        if ((flags & modifier.flag) && key)
+            keys.insert(*key);
+    }
+    return keys;
+}
+
 } // namespace
 
 X11KeySynthesis::X11KeySynthesis(X11Connection& connection, const X11Panels& panels,
@@ -99,8 +110,10 @@ void X11KeySynthesis::sendWhatIsDue() {
             send(post.events);
         return;
     }
+    for (Post& post : m_waiting)
+        --post.attemptsLeft;
     const auto expired =
-        std::erase_if(m_waiting, [](Post& post) { return post.attemptsLeft-- == 0; });
+        std::erase_if(m_waiting, [](const Post& post) { return post.attemptsLeft == 0; });
     if (expired > 0)
         qCWarning(logKeys, "no window took the keyboard; keys were not posted");
     if (!m_waiting.empty())
@@ -132,28 +145,23 @@ void X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
     if (!keymap)
         return;
     const bool isTerminal = isTargetTerminal();
+    std::map<uint16_t, std::optional<xcb_keycode_t>> keys;
+    for (const KeyEvent& event : events) {
+        if (!keys.contains(event.keyCode))
+            keys[event.keyCode] = keyFor(*keymap, event.keyCode);
+    }
     const std::vector<xcb_keycode_t> held = heldModifiers(*keymap);
     for (const xcb_keycode_t key : held)
         fake(key, false);
 
     std::set<xcb_keycode_t> down;
     for (const KeyEvent& event : events) {
-        const std::optional<KeyMeaning> meaning = keyMeaning(event.keyCode);
-        const auto key = meaning ? keyFor(*keymap, meaning->keysym) : std::nullopt;
-        if (!key) {
-            qCWarning(logKeys, "the keyboard has no key for the code %d", event.keyCode);
+        const std::optional<xcb_keycode_t> key = keys[event.keyCode];
+        if (!key)
             continue;
-        }
-        uint64_t flags = event.flags;
-        if (isTerminal && (flags & commandFlag))
-            flags |= shiftFlag;
-        std::set<xcb_keycode_t> wanted;
-        for (const ModifierFlag& modifier : modifierFlags) {
-            const auto modifierKey = keymap->keyWith({modifier.symbol});
-            if ((flags & modifier.flag) && modifierKey)
-                wanted.insert(*modifierKey);
-        }
-        change(down, wanted);
+        const bool isCommand = event.flags & commandFlag;
+        change(down,
+               modifierKeys(*keymap, event.flags | (isTerminal && isCommand ? shiftFlag : 0)));
         fake(*key, event.isDown);
     }
     change(down, {});
@@ -163,16 +171,22 @@ void X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
     m_connection.flush();
 }
 
-std::optional<xcb_keycode_t> X11KeySynthesis::keyFor(const X11Keymap& keymap, xcb_keysym_t symbol) {
-    const std::optional<xcb_keycode_t> typing = keymap.typingKey(symbol);
-    if (typing && typing != m_lentKey)
-        return typing;
-    if (!typing)
+std::optional<xcb_keycode_t> X11KeySynthesis::keyFor(const X11Keymap& keymap, uint16_t keyCode) {
+    const std::optional<KeyMeaning> meaning = keyMeaning(keyCode);
+    std::optional<xcb_keycode_t> key;
+    if (meaning)
+        key = keymap.typingKey(meaning->keysym);
+    if (key && key != m_lentKey)
+        return key;
+    if (meaning && !key) {
         takeBackKey();
-    const std::optional<xcb_keycode_t> lent = typing ? typing : keymap.unusedKey();
-    if (lent)
-        lendKey(*lent, symbol);
-    return lent;
+        key = keymap.unusedKey();
+    }
+    if (key)
+        lendKey(*key, meaning->keysym);
+    else
+        qCWarning(logKeys, "the keyboard has no key for the code %d", keyCode);
+    return key;
 }
 
 std::vector<xcb_keycode_t> X11KeySynthesis::heldModifiers(const X11Keymap& keymap) const {

@@ -30,7 +30,7 @@ private:
     bool isTargetReady() const;
     bool isTargetTerminal() const;
     void send(const std::vector<KeyEvent>& events);
-    std::optional<xcb_keycode_t> keyFor(const X11Keymap& keymap, xcb_keysym_t symbol);
+    std::optional<xcb_keycode_t> keyFor(const X11Keymap& keymap, uint16_t keyCode);
     std::vector<xcb_keycode_t> heldModifiers(const X11Keymap& keymap) const;
     void change(std::set<xcb_keycode_t>& down, const std::set<xcb_keycode_t>& wanted);
     void fake(xcb_keycode_t key, bool isDown);
