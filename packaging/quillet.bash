@@ -2,8 +2,9 @@
 _quillet() {
   local words=
   case ${COMP_WORDS[1]-}:$COMP_CWORD in
-    *:1) words='status clip quit --help --version' ;;
+    *:1) words='status clip shelf quit --help --version' ;;
     clip:2) words='list copy show pin delete clear --help' ;;
+    shelf:2) words='show hide' ;;
     clip:*)
       case ${COMP_WORDS[2]} in
         list) words='--json --limit' ;;

@@ -2,8 +2,11 @@
 
 #include "app/ClipVerbs.h"
 #include "app/Identity.h"
+#include "app/Logging.h"
+#include "clipboard/ThumbnailCache.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -15,12 +18,15 @@ AppDelegate::AppDelegate() = default;
 AppDelegate::~AppDelegate() = default;
 
 std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platform,
-                                                                  const QString& dataFolder) {
+                                                                  const QString& dataFolder,
+                                                                  const QString& cacheFolder) {
     m_services = std::make_unique<Composition>(std::move(platform));
     registerSoundDefaults();
     if (const auto error = openContainer(dataFolder))
         return u"Failed to create model container: "_s + *error;
     startClipboard();
+    createShelf(cacheFolder);
+    registerShortcuts();
     return std::nullopt;
 }
 
@@ -54,6 +60,35 @@ void AppDelegate::startClipboard() {
         std::make_unique<ClipboardKeeper>(*m_services->clipboard, *platform.pasteboard);
 }
 
+void AppDelegate::createShelf(const QString& cacheFolder) {
+    const Platform& platform = m_services->platform;
+    m_services->dragFiles = std::make_unique<DragFiles>(cacheFolder + u"/drag"_s);
+    m_services->shelf = std::make_unique<ShelfController>(
+        ShelfController::Services{{*m_services->clipboard,
+                                   *platform.workspace,
+                                   *m_services->sounds,
+                                   m_services->applications,
+                                   ThumbnailCache::shared(),
+                                   *m_services->dragFiles,
+                                   {m_services->theme, *platform.scheduler, *platform.panels}},
+                                  *platform.screens,
+                                  *platform.keys,
+                                  *platform.access},
+        [] { qCWarning(logApp) << "Pasting needs a permission that this desktop does not give"; });
+}
+
+void AppDelegate::registerShortcuts() {
+    const Platform& platform = m_services->platform;
+    m_services->hotKeys = std::make_unique<HotKeyCenter>(*platform.preferences, *platform.hotKeys,
+                                                         *platform.scheduler);
+    m_services->hotKeys->registerAction(HotKeyAction::clipboardShelf, [this] { toggleShelf(); });
+}
+
+void AppDelegate::toggleShelf() {
+    ShelfController& shelf = *m_services->shelf;
+    shelf.isVisible() ? shelf.hide() : shelf.show();
+}
+
 void AppDelegate::run(const Command& command, const std::function<void(VerbResult)>& reply) {
     VerbResult result = carryOut(command);
     if (!result.slowOutput)
@@ -78,6 +113,15 @@ VerbResult AppDelegate::carryOut(const Command& command) {
     case Verb::clipDelete:
     case Verb::clipClear:
         return runClipVerb(command, *m_services->clipboard);
+    case Verb::shelfShow:
+        m_services->shelf->show();
+        return VerbResult::done();
+    case Verb::shelfHide:
+        m_services->shelf->hide();
+        return VerbResult::done();
+    case Verb::shelfToggle:
+        toggleShelf();
+        return VerbResult::done();
     case Verb::quit:
         // After the answer is out.
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -98,12 +142,20 @@ QByteArray AppDelegate::status() const {
             entry.insert(u"cause"_s, capability.cause);
         capabilities.insert(capability.name, entry);
     }
+    QJsonArray shortcuts;
+    for (const HotKeyActionRow& row : hotKeyActions()) {
+        shortcuts.append(
+            QJsonObject{{u"action"_s, row.title},
+                        {u"shortcut"_s, m_services->hotKeys->shortcut(row.action).display()},
+                        {u"registered"_s, m_services->hotKeys->isRegistered(row.action)}});
+    }
     return QJsonDocument(QJsonObject{{u"ready"_s, true},
                                      {u"running"_s, true},
                                      {u"platform"_s, m_services->platform.name},
                                      {u"version"_s, Identity::version()},
                                      {u"pid"_s, QCoreApplication::applicationPid()},
-                                     {u"capabilities"_s, capabilities}})
+                                     {u"capabilities"_s, capabilities},
+                                     {u"shortcuts"_s, shortcuts}})
         .toJson();
 }
 

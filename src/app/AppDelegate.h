@@ -18,7 +18,8 @@ public:
 
     /// The launch. Returns the fatal message when it cannot be completed.
     std::optional<QString> applicationDidFinishLaunching(Platform platform,
-                                                         const QString& dataFolder);
+                                                         const QString& dataFolder,
+                                                         const QString& cacheFolder);
     void applicationWillTerminate();
 
     /// Carries out a verb that concerns the running program. `reply` is called once, inside the
@@ -29,6 +30,9 @@ private:
     void registerSoundDefaults();
     std::optional<QString> openContainer(const QString& dataFolder);
     void startClipboard();
+    void createShelf(const QString& cacheFolder);
+    void registerShortcuts();
+    void toggleShelf();
 
     VerbResult carryOut(const Command& command);
     QByteArray status() const;

@@ -17,6 +17,9 @@ enum class Verb {
     clipPin,
     clipDelete,
     clipClear,
+    shelfShow,
+    shelfHide,
+    shelfToggle,
     quit,
     help,
     version

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "app/look/Theme.h"
 #include "clipboard/ClipboardKeeper.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/ClipContainer.h"
+#include "hotkeys/HotKeyCenter.h"
 #include "platform/Platform.h"
 #include "settings/Sounds.h"
+#include "shelf/AppIconStore.h"
+#include "shelf/DragFiles.h"
+#include "shelf/ui/ShelfController.h"
 
 #include <memory>
 
@@ -13,11 +18,18 @@ namespace quillet {
 /// Every long-lived service. Members are created from top to bottom and destroyed from bottom to
 /// top, so each may use those above it for as long as it lives.
 struct Composition {
+    explicit Composition(Platform owned) : platform(std::move(owned)) {}
+
     Platform platform;
     std::unique_ptr<Sounds> sounds;
     std::unique_ptr<ClipContainer> container;
     std::unique_ptr<ClipboardStore> clipboard;
     std::unique_ptr<ClipboardKeeper> keeper;
+    Theme theme;
+    AppIconStore applications{*platform.workspace};
+    std::unique_ptr<DragFiles> dragFiles;
+    std::unique_ptr<ShelfController> shelf;
+    std::unique_ptr<HotKeyCenter> hotKeys;
 };
 
 } // namespace quillet

@@ -31,6 +31,10 @@ QString dataFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quillet"_s;
 }
 
+QString cacheFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/quillet"_s;
+}
+
 AppDelegate* running = nullptr; // an exit handler reaches nothing but globals
 
 void terminate() {
@@ -60,7 +64,7 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
     if (const auto* reason = std::get_if<QString>(&platform))
         return fail(*reason);
     if (const auto error = delegate.applicationDidFinishLaunching(
-            std::move(std::get<Platform>(platform)), dataFolder())) {
+            std::move(std::get<Platform>(platform)), dataFolder(), cacheFolder())) {
         printPlainError(*error);
         return int(ExitCode::failed);
     }

@@ -126,6 +126,9 @@ int run(int argc, char** argv) {
     case Verb::clipPin:
     case Verb::clipDelete:
     case Verb::clipClear:
+    case Verb::shelfShow:
+    case Verb::shelfHide:
+    case Verb::shelfToggle:
     case Verb::quit:
         return runVerb(command, arguments, argc, argv);
     }
