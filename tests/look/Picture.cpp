@@ -7,8 +7,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A channel may be off by so much without counting.
-constexpr int channelTolerance = 12;
-constexpr int alphaTolerance = 6;
+constexpr int channelTolerance = 4;
+constexpr int alphaTolerance = 4;
 /// The share of pixels that may count: edges of glyphs, drawn by another version of a library.
 constexpr double pixelShare = 0.002;
 
