@@ -1,5 +1,7 @@
 #include "look/Picture.h"
 
+#include <QDir>
+
 namespace quillet {
 
 using namespace Qt::StringLiterals;
@@ -45,9 +47,11 @@ testing::AssertionResult matchesPicture(const QImage& actual, const QString& nam
     const double share = static_cast<double>(count) / (given.width() * given.height());
     if (share <= pixelShare)
         return testing::AssertionSuccess();
-    actual.save(name + u"-actual.png"_s);
-    expected.save(name + u"-expected.png"_s);
-    difference.save(name + u"-difference.png"_s);
+    const QString failure = QStringLiteral(QUILLET_PICTURE_FAILURES "/") + name;
+    QDir().mkpath(QStringLiteral(QUILLET_PICTURE_FAILURES));
+    actual.save(failure + u"-actual.png"_s);
+    expected.save(failure + u"-expected.png"_s);
+    difference.save(failure + u"-difference.png"_s);
     return testing::AssertionFailure() << count << " pixels of " << qPrintable(name) << " differ";
 }
 

@@ -6,8 +6,8 @@
 namespace quillet {
 
 /// Compares a picture with the reference of this name beside the tests: few pixels may differ, and
-/// none by much. Where they do, the actual picture and the difference go to the working folder.
-/// With QUILLET_REWRITE_PICTURES set, the picture becomes the reference instead.
+/// none by much. Where they do, the actual picture and the difference go to picture-failures in the
+/// build folder. With QUILLET_REWRITE_PICTURES set, the picture becomes the reference instead.
 testing::AssertionResult matchesPicture(const QImage& actual, const QString& name);
 
 } // namespace quillet
