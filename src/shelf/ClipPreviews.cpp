@@ -7,7 +7,6 @@ namespace quillet {
 namespace {
 
 constexpr qsizetype previewsKept = 500;
-constexpr qsizetype loadsAtOnce = 2;
 constexpr double thumbnailPixels = 520;
 constexpr qsizetype textShown = 2000;
 
@@ -46,17 +45,17 @@ std::optional<ClipPreview> ClipPreviews::preview(const ClipItem& item) {
     }
     // A thumbnail may have had to make room for others since.
     const bool isComplete = known && (preview->thumbnail || !known->hasThumbnail);
-    if (!isComplete && m_loading.size() < loadsAtOnce && !m_loading.contains(item.id()))
+    if (!isComplete && !m_isLoading)
         load(item);
     return preview;
 }
 
 void ClipPreviews::load(const ClipItem& item) {
-    m_loading.append(item.id());
+    m_isLoading = true;
     const auto preview = std::make_shared<ClipPreview>();
     const auto work = [preview, item] { *preview = readPreview(item); };
     const auto done = [this, preview, item] {
-        m_loading.removeOne(item.id());
+        m_isLoading = false;
         keep(item, std::move(*preview));
         if (onReady)
             onReady();

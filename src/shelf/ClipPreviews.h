@@ -16,8 +16,9 @@ struct ClipPreview {
     std::optional<QImage> thumbnail;
 };
 
-/// Previews of clips. Long texts and images are read in the background, few at a time and without a
-/// queue: what is still on view when one is ready asks again, what was scrolled past does not.
+/// Previews of clips. Long texts and images are read in the background, one at a time, which
+/// leaves the processor to what moves on the screen, and without a queue: what is still on view
+/// when one is ready asks again, what was scrolled past does not.
 class ClipPreviews {
 public:
     ClipPreviews(Scheduler& scheduler, ThumbnailCache& thumbnails);
@@ -40,7 +41,7 @@ private:
     Scheduler& m_scheduler;
     ThumbnailCache& m_thumbnails;
     QCache<QUuid, Known> m_known;
-    QList<QUuid> m_loading;
+    bool m_isLoading = false;
     Alive m_alive;
 };
 

@@ -63,10 +63,8 @@ QRectF centredIn(const QRectF& box, const QSizeF& size) {
 }
 
 void paintIcon(QPainter& painter, const QRectF& box, const QImage& icon) {
-    if (!icon.isNull())
-        paintFitted(painter,
-                    centredIn(box, QSizeF(icon.size()).scaled(box.size(), Qt::KeepAspectRatio)),
-                    icon);
+    paintFitted(painter,
+                centredIn(box, QSizeF(icon.size()).scaled(box.size(), Qt::KeepAspectRatio)), icon);
 }
 
 void paintBadge(QPainter& painter, const QRectF& badge, const QString& text) {
@@ -155,7 +153,11 @@ void paintFiles(QPainter& painter, const ClipCardLook& look, const ThemeColors& 
     const double left = box.left() + 22 + 8;
     double top = box.top();
     for (const auto& file : look.files) {
-        paintIcon(painter, {box.left(), top, 22, 22}, file.icon);
+        const QRectF iconBox(box.left(), top, 22, 22);
+        if (file.icon.isNull())
+            paintSymbol(painter, iconBox, u"doc"_s, 17, colors.secondary);
+        else
+            paintIcon(painter, iconBox, file.icon);
         paintText(painter, {left, top, box.right() - left, 22}, Qt::AlignLeft | Qt::AlignVCenter,
                   elidedText(file.name, style, box.right() - left, Qt::ElideMiddle), style,
                   colors.primary);
