@@ -1,7 +1,6 @@
 #include "shelf/AppIconStore.h"
 
 #include <algorithm>
-#include <QPainter>
 
 namespace quillet {
 
@@ -40,13 +39,11 @@ QColor AppIconStore::tint(const std::optional<QString>& bundleID) {
 }
 
 std::optional<QColor> dominantColor(const QImage& icon) {
-    QImage bitmap(samples, samples, QImage::Format_ARGB32_Premultiplied);
-    bitmap.fill(Qt::transparent);
-    QPainter painter(&bitmap);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(bitmap.rect(), icon.scaled(samples, samples, Qt::IgnoreAspectRatio,
-                                                 Qt::SmoothTransformation));
-    painter.end();
+    const QImage bitmap =
+        icon.scaled(samples, samples, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .convertToFormat(QImage::Format_ARGB32);
+    if (bitmap.isNull())
+        return std::nullopt;
 
     // Saturated pixels weigh more, so that white or gray grounds do not wash the colour out.
     double red = 0, green = 0, blue = 0, total = 0;

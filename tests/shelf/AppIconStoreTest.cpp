@@ -33,6 +33,7 @@ TEST(AppIconStoreTest, anIconIsLookedUpUntilItIsThereAndATintOnlyOnce) {
 }
 
 TEST(AppIconStoreTest, theTintFollowsTheSaturatedPixelsAndStaysDark) {
+    EXPECT_EQ(dominantColor({}), std::nullopt);
     EXPECT_EQ(dominantColor(icon(Qt::transparent)), std::nullopt);
     EXPECT_EQ(dominantColor(icon(QColor(255, 0, 0, 120))), std::nullopt);
 
