@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/look/Theme.h"
+#include "app/look/Tooltips.h"
 #include "clipboard/ClipboardKeeper.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/ClipContainer.h"
@@ -26,6 +27,7 @@ struct Composition {
     std::unique_ptr<ClipboardStore> clipboard;
     std::unique_ptr<ClipboardKeeper> keeper;
     Theme theme;
+    Tooltips tooltips{{theme, *platform.scheduler, *platform.panels}};
     AppIconStore applications{*platform.workspace};
     std::unique_ptr<DragFiles> dragFiles;
     std::unique_ptr<ShelfController> shelf;

@@ -50,6 +50,7 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
     QApplication::setApplicationVersion(Identity::version());
     QApplication::setDesktopFileName(Identity::applicationID);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setCursorFlashTime(0); // fields draw their own caret
 
     AppDelegate delegate;
     ControlService control(folder, [&](const Command& command, const ControlService::Reply& reply) {

@@ -69,7 +69,6 @@ ShelfModel::ShelfModel(ClipboardStore& store, Scheduler& scheduler)
     : m_store(store), m_search(scheduler) {
     connect(&store, &ClipboardStore::itemsChanged, this, &ShelfModel::forgetVisibleItems);
     m_search.onFound = [this] { forgetVisibleItems(); };
-    m_search.prepare(store.items());
 }
 
 void ShelfModel::setQuery(const QString& query) {
@@ -134,7 +133,8 @@ const ClipItems& ShelfModel::visibleItems() const {
 
 void ShelfModel::forgetVisibleItems() {
     m_visibleItems.reset();
-    Q_EMIT visibleItemsChanged();
+    if (m_isShown) // views of a hidden shelf have nothing to do
+        Q_EMIT visibleItemsChanged();
 }
 
 std::shared_ptr<ClipItem> ShelfModel::selectedItem() const {
@@ -157,7 +157,9 @@ void ShelfModel::moveSelection(int step) {
 }
 
 void ShelfModel::resetForShow() {
+    m_isShown = true;
     m_search.prepare(m_store.items());
+    forgetVisibleItems();
     setQuery({});
     setFilter(Filter::all);
     setSelectedID(firstID(m_store.items()));

@@ -36,8 +36,8 @@ public:
     /// Rises each time the shelf is shown.
     int showToken() const { return m_showToken; }
 
-    /// The items of the history that pass filter and search, newest first. Stays the same object
-    /// until visibleItemsChanged().
+    /// The items of the history that pass filter and search, newest first. visibleItemsChanged()
+    /// tells of another list, but only while the shelf is shown.
     const ClipItems& visibleItems() const;
     std::shared_ptr<ClipItem> selectedItem() const;
 
@@ -48,7 +48,10 @@ public:
     void resetForShow();
 
     /// Lets go of what only a shelf in use needs.
-    void release() { m_search.release(); }
+    void release() {
+        m_isShown = false;
+        m_search.release();
+    }
 
 Q_SIGNALS:
     void queryChanged();
@@ -66,6 +69,7 @@ private:
     Filter m_filter = Filter::all;
     std::optional<QUuid> m_selectedID;
     int m_showToken = 0;
+    bool m_isShown = false;
     mutable ClipSearch m_search;
     mutable std::optional<ClipItems> m_visibleItems;
 };

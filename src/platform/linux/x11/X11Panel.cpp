@@ -68,6 +68,8 @@ void X11Panel::setFrame(const Rect& frame) {
 void X11Panel::setAlpha(double alpha) {
     m_alpha = alpha;
     m_content.setWindowOpacity(alpha);
+    if (xcb_connection_t* connection = toolkit())
+        xcb_flush(connection); // the toolkit would keep the request until something else happens
 }
 
 void X11Panel::orderFront() {
