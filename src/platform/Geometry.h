@@ -66,4 +66,10 @@ struct Rect {
     }
 };
 
+/// The same rectangle measured the other way: from y upwards from the bottom left of a primary
+/// screen of this height to y downwards from its top left, or back.
+inline Rect flipped(const Rect& rect, double primaryHeight) {
+    return {{rect.minX(), primaryHeight - rect.maxY()}, rect.size};
+}
+
 } // namespace quillet

@@ -46,6 +46,9 @@ public:
 
     /// Shows files in the file manager, selected where it can do so.
     virtual void reveal(const QStringList& paths) = 0;
+
+    /// Tells the user in the system's way that something could not be done.
+    virtual void beep() = 0;
 };
 
 } // namespace quillet

@@ -17,6 +17,7 @@ public:
     QImage icon(const QString& path, int pixels) const override;
     bool open(const QUrl& url) override;
     void reveal(const QStringList& paths) override { revealed += paths; }
+    void beep() override { ++beeps; }
 
     /// Brings an application to the front, as its user does; it runs from then on.
     void setFrontmost(std::optional<RunningApplication> application);
@@ -36,6 +37,7 @@ public:
     std::vector<RunningApplication> activated;
     std::vector<QUrl> opened;
     QStringList revealed;
+    int beeps = 0;
 
 private:
     std::optional<RunningApplication> m_frontmost;

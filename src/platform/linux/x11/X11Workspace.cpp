@@ -127,6 +127,11 @@ void X11Workspace::reveal(const QStringList& paths) {
                      });
 }
 
+void X11Workspace::beep() {
+    xcb_bell(m_connection.xcb(), 0);
+    m_connection.flush();
+}
+
 bool X11Workspace::knowsFrontmost() const {
     const auto supported = m_connection.values(m_connection.root(),
                                                m_connection.atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);

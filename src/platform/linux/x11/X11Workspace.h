@@ -19,6 +19,7 @@ public:
     QImage icon(const QString& path, int pixels) const override;
     bool open(const QUrl& url) override;
     void reveal(const QStringList& paths) override;
+    void beep() override;
 
     /// Whether the window manager tells which window is active.
     bool knowsFrontmost() const;
