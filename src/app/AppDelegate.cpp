@@ -73,7 +73,8 @@ void AppDelegate::createShelf(const QString& cacheFolder) {
                                    {m_services->theme, *platform.scheduler, *platform.panels}},
                                   *platform.screens,
                                   *platform.keys,
-                                  *platform.access},
+                                  *platform.access,
+                                  m_services->toast},
         [] { qCWarning(logApp) << "Pasting needs a permission that this desktop does not give"; });
 }
 

@@ -79,11 +79,11 @@ VerbResult runClipVerb(const Command& command, ClipboardStore& store) {
         return show(*clip);
     if (command.verb == Verb::clipCopy && !clip->isContentReadable())
         return VerbResult::failed(unreadable);
-    if (command.verb == Verb::clipCopy)
-        store.copyToPasteboard(clip, command.plain);
-    else if (command.verb == Verb::clipPin)
+    if (command.verb == Verb::clipCopy && !store.copyToPasteboard(clip, command.plain))
+        return VerbResult::failed(u"another program does not let go of the clipboard"_s);
+    if (command.verb == Verb::clipPin)
         store.togglePin(clip);
-    else
+    if (command.verb == Verb::clipDelete)
         store.deleteItem(clip);
     return outcome(store);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/look/Theme.h"
+#include "app/look/Toast.h"
 #include "app/look/Tooltips.h"
 #include "clipboard/ClipboardKeeper.h"
 #include "clipboard/ClipboardStore.h"
@@ -28,6 +29,7 @@ struct Composition {
     std::unique_ptr<ClipboardKeeper> keeper;
     Theme theme;
     Tooltips tooltips{{theme, *platform.scheduler, *platform.panels}};
+    Toast toast{{theme, *platform.scheduler, *platform.panels}, *platform.screens};
     AppIconStore applications{*platform.workspace};
     std::unique_ptr<DragFiles> dragFiles;
     std::unique_ptr<ShelfController> shelf;

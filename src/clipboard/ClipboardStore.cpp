@@ -179,11 +179,12 @@ void ClipboardStore::saveAndReload() {
     reload();
 }
 
-void ClipboardStore::copyToPasteboard(const std::shared_ptr<ClipItem>& item, bool plainText) {
-    m_pasteboard.write(pasteboardContents(*item, plainText));
+bool ClipboardStore::copyToPasteboard(const std::shared_ptr<ClipItem>& item, bool plainText) {
+    const bool isTaken = m_pasteboard.write(pasteboardContents(*item, plainText));
     m_lastChangeCount = m_pasteboard.changeCount(); // our own write is nothing new
     m_context.setCreatedAt(item, m_scheduler.now());
     saveAndReload();
+    return isTaken;
 }
 
 void ClipboardStore::togglePin(const std::shared_ptr<ClipItem>& item) {

@@ -32,8 +32,9 @@ public:
 
     const ClipItems& items() const { return m_items; }
 
-    /// Puts an item on the pasteboard and moves it to the top.
-    void copyToPasteboard(const std::shared_ptr<ClipItem>& item, bool plainText);
+    /// Puts an item on the pasteboard and moves it to the top. False where the pasteboard did not
+    /// take it.
+    bool copyToPasteboard(const std::shared_ptr<ClipItem>& item, bool plainText);
     void togglePin(const std::shared_ptr<ClipItem>& item);
     void deleteItem(const std::shared_ptr<ClipItem>& item);
     void clear(bool keepPinned);

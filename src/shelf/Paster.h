@@ -5,7 +5,9 @@
 
 namespace quillet::Paster {
 
-/// Presses Command-V in the active application. Nothing happens without the permission.
-void pasteIntoFrontApp(const Access& access, KeySynthesis& keys);
+/// Presses Command-V in the application that the user is working in; `completion` is told whether
+/// it was. Nothing happens without the permission.
+void pasteIntoFrontApp(const Access& access, KeySynthesis& keys,
+                       KeySynthesis::Completion completion);
 
 } // namespace quillet::Paster

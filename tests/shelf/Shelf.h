@@ -30,7 +30,8 @@ struct Shelf {
                                  thumbnails,
                                  dragFiles,
                                  {theme, world.scheduler, panels}};
-    ShelfController controller{{services, screens, keys, access}, [this] { ++setupGuides; }};
+    Toast toast{services.look, screens};
+    ShelfController controller{{services, screens, keys, access, toast}, [this] { ++setupGuides; }};
 
     MemoryPanel& panel() { return *panels.panelOf(controller.window()); }
     ShelfModel& model() { return controller.model(); }

@@ -112,6 +112,26 @@ TEST_F(ShelfControllerTest, returnPastesAfterTheShelfIsGone) {
     EXPECT_EQ(shelf.world.store->items().size(), 3U) << "our own write is no new copy";
 }
 
+TEST_F(ShelfControllerTest, whatCannotBePastedIsCopiedAndTheUserIsTold) {
+    const auto message = [&] { return shelf.panels.all().back()->content.accessibleName(); };
+    shelf.keys.reachesApplication = false;
+    press(Qt::Key_Return);
+    shelf.advance(60);
+    EXPECT_EQ(pasteboard(), u"gamma"_s);
+    EXPECT_EQ(message(), u"Copied — paste with ⌃V"_s);
+    EXPECT_EQ(shelf.world.soundPlayer.plays.size(), 1U);
+
+    shelf.keys.reachesApplication = true;
+    shelf.world.pasteboard.setGrantsOwnership(false);
+    shelf.controller.show();
+    press(Qt::Key_Return);
+    EXPECT_TRUE(isOut());
+    shelf.advance(60);
+    EXPECT_EQ(message(), u"Clipboard is in use — try again"_s);
+    EXPECT_TRUE(shelf.keys.posted.empty()) << "it would paste what another program has copied";
+    EXPECT_EQ(shelf.world.soundPlayer.plays.size(), 1U);
+}
+
 TEST_F(ShelfControllerTest, numbersPasteTheVisibleCardsAndSwallowTheRest) {
     press(Qt::Key_4, Qt::ControlModifier);
     EXPECT_FALSE(isOut());

@@ -4,6 +4,7 @@
 
 namespace quillet {
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -132,22 +133,34 @@ void ShelfController::removeSelected() {
 
 void ShelfController::paste(const std::shared_ptr<ClipItem>& item, bool plainText) {
     Sounds& sounds = m_services.view.sounds;
-    m_services.view.store.copyToPasteboard(item, plainText);
+    const bool isCopied = m_services.view.store.copyToPasteboard(item, plainText);
     removeKeyMonitor();
     m_animation.stop();
     m_panel->orderOut();
     m_model.release();
+    if (!isCopied) {
+        m_services.toast.show(tr("Clipboard is in use — try again"),
+                              u"exclamationmark.triangle.fill"_s);
+        return;
+    }
     if (!m_services.access.isGranted(Access::Kind::accessibility)) {
         sounds.play(Sounds::Event::copy);
         if (!std::exchange(m_showedAccessibilitySetup, true))
             m_showSetupGuide();
         return;
     }
-    m_pastes.push_back(m_services.view.look.scheduler.after(pasteDelay, [this, &sounds] {
-        Paster::pasteIntoFrontApp(m_services.access, m_services.keys);
-        sounds.play(Sounds::Event::paste);
+    m_pastes.push_back(m_services.view.look.scheduler.after(pasteDelay, [this] {
+        Paster::pasteIntoFrontApp(m_services.access, m_services.keys,
+                                  m_alive([this](bool posted) { pasteEnded(posted); }));
         m_pastes.pop_front();
     }));
+}
+
+/// What could not be pasted is on the pasteboard for the user to paste.
+void ShelfController::pasteEnded(bool posted) {
+    m_services.view.sounds.play(posted ? Sounds::Event::paste : Sounds::Event::copy);
+    if (!posted)
+        m_services.toast.show(tr("Copied — paste with ⌃V"), u"doc.on.doc"_s);
 }
 
 } // namespace quillet

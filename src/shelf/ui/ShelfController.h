@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/look/Toast.h"
+#include "platform/Alive.h"
 #include "platform/Screens.h"
 #include "shelf/Paster.h"
 #include "shelf/ui/KeyMonitor.h"
@@ -7,6 +9,7 @@
 #include "shelf/ui/ShelfView.h"
 
 #include <deque>
+#include <QCoreApplication>
 
 namespace quillet {
 
@@ -14,12 +17,15 @@ namespace quillet {
 /// user chose into the application that the user was working in. Owns model, panel and view for the
 /// whole run.
 class ShelfController {
+    Q_DECLARE_TR_FUNCTIONS(ShelfController)
+
 public:
     struct Services {
         ShelfView::Services view;
         Screens& screens;
         KeySynthesis& keys;
         const Access& access;
+        Toast& toast;
     };
 
     /// `showSetupGuide` explains the permission that pasting needs.
@@ -46,6 +52,7 @@ private:
     void pasteNumber(int number, bool plainText);
     void removeSelected();
     void paste(const std::shared_ptr<ClipItem>& item, bool plainText);
+    void pasteEnded(bool posted);
 
     Services m_services;
     std::function<void()> m_showSetupGuide;
@@ -57,6 +64,7 @@ private:
     std::unique_ptr<KeyMonitor> m_keyMonitor;
     std::deque<std::unique_ptr<Timer>> m_pastes; ///< keystrokes to come, in order
     bool m_showedAccessibilitySetup = false;
+    Alive m_alive;
 };
 
 } // namespace quillet

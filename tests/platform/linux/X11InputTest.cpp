@@ -134,7 +134,7 @@ TEST_F(X11Input, aPasteArrivesAsControlVInEveryLayoutWhateverIsHeld) {
         run(u"xdotool keydown shift"_s);
         spinFor(std::chrono::milliseconds(100));
         target.forget();
-        keys.post(paste);
+        keys.post(paste, [](bool) {});
         EXPECT_TRUE(spinUntil([&] { return target.keys().size() >= 6; }));
         run(u"xdotool keyup shift"_s);
         QStringList seen = target.keys();
@@ -151,8 +151,24 @@ TEST_F(X11Input, aPasteArrivesAsControlVInEveryLayoutWhateverIsHeld) {
 TEST_F(X11Input, aTerminalGetsControlShiftV) {
     KeyLog target(*connection);
     run(u"xprop -id %1 -f WM_CLASS 8s -set WM_CLASS XTerm"_s.arg(activeWindow(*connection)));
-    keys.post({{keyV, true, 1 << 20}, {keyV, false, 1 << 20}});
+    keys.post({{keyV, true, 1 << 20}, {keyV, false, 1 << 20}}, [](bool) {});
     EXPECT_TRUE(spinUntil([&] { return target.keys().contains(u"press V 0x5"_s); }));
+}
+
+TEST_F(X11Input, aPasteWaitsForTheModifiersToBeLetGo) {
+    KeyLog target(*connection);
+    run(u"xdotool key Caps_Lock keydown shift keydown super"_s);
+    spinFor(std::chrono::milliseconds(100));
+    bool isPosted = false;
+    keys.post({{keyV, true, 1 << 20}, {keyV, false, 1 << 20}}, [&](bool done) { isPosted = done; });
+    spinFor(std::chrono::milliseconds(100));
+    EXPECT_FALSE(isPosted);
+    target.forget();
+    run(u"xdotool keyup shift keyup super"_s);
+    EXPECT_TRUE(spinUntil([&] { return isPosted && target.keys().size() == 6; }));
+    EXPECT_TRUE(target.keys().value(0).startsWith(u"release Shift_L"_s));
+    EXPECT_TRUE(target.keys().value(1).startsWith(u"release Super_L"_s));
+    run(u"xdotool key Caps_Lock"_s);
 }
 
 } // namespace

@@ -106,7 +106,8 @@ TEST_F(X11PanelsTest, theKeyPanelGetsWhatIsTypedWhileTheActiveWindowStays) {
     EXPECT_TRUE(spinUntil([&] { return search.text() == u"abcd"_s; }));
     EXPECT_TRUE(target.keys().isEmpty());
 
-    keys.post({{14, true, 0}, {14, false, 0}}); // waits for the panel to let go of the keyboard
+    keys.post({{14, true, 0}, {14, false, 0}},
+              [](bool) {}); // waits for the panel to let go of the keyboard
     spinFor(std::chrono::milliseconds(50));
     EXPECT_TRUE(target.keys().isEmpty());
     panel->orderOut();
@@ -157,6 +158,38 @@ TEST_F(X11PanelsTest, itGetsTheKeyboardOnceAnotherProgramLetsGoOfIt) {
         run(u"xdotool key x"_s);
         EXPECT_TRUE(spinUntil([&] { return target.keys().size() == 2; })) << heldFor;
     }
+}
+
+TEST_F(X11PanelsTest, keysGoToTheWindowThatWasActiveOrNowhere) {
+    const auto isPosted = [&] {
+        std::optional<bool> result;
+        keys.post({{14, true, 0}, {14, false, 0}}, [&](bool posted) { result = posted; });
+        spinUntil([&] { return result.has_value(); });
+        return result.value();
+    };
+    std::optional<KeyLog> target(std::in_place, *connection);
+    panel->makeKeyAndOrderFront();
+    spinFor(std::chrono::milliseconds(50));
+    panel->orderOut();
+    EXPECT_TRUE(isPosted());
+    EXPECT_TRUE(spinUntil([&] { return target->keys().size() == 2; }));
+
+    XClient grabbing(qgetenv("DISPLAY"));
+    xcb_grab_keyboard(grabbing.connection(), 0, grabbing.root(), XCB_CURRENT_TIME,
+                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    grabbing.serverTime();
+    EXPECT_FALSE(isPosted());
+    xcb_ungrab_keyboard(grabbing.connection(), XCB_CURRENT_TIME);
+    grabbing.serverTime();
+    EXPECT_TRUE(isPosted());
+
+    KeyLog other(*connection);
+    EXPECT_FALSE(isPosted()) << "another window has become the active one";
+    target.reset();
+    panel->makeKeyAndOrderFront();
+    panel->orderOut();
+    EXPECT_TRUE(isPosted());
+    EXPECT_TRUE(spinUntil([&] { return other.keys().size() == 2; }));
 }
 
 TEST_F(X11PanelsTest, panelsStandByLevelAndAboveFullScreenWindows) {

@@ -1,6 +1,7 @@
 #include "platform/linux/x11/X11KeySynthesis.h"
 
 #include "platform/linux/x11/X11Panels.h"
+#include "platform/linux/x11/XcbXkb.h"
 
 #include <algorithm>
 #include <map>
@@ -87,45 +88,78 @@ std::set<xcb_keycode_t> modifierKeys(const X11Keymap& keymap, uint64_t flags) {
 
 X11KeySynthesis::X11KeySynthesis(X11Connection& connection, const X11Panels& panels,
                                  Scheduler& scheduler)
-    : m_connection(connection), m_panels(panels), m_scheduler(scheduler) {
-    const auto* test = xcb_get_extension_data(connection.xcb(), &xcb_test_id);
+    : m_connection(connection),
+      m_panels(panels),
+      m_scheduler(scheduler),
+      m_hidden(connection.createHiddenWindow(XCB_EVENT_MASK_NO_EVENT)) {
+    xcb_connection_t* xcb = connection.xcb();
+    const auto* test = xcb_get_extension_data(xcb, &xcb_test_id);
     m_hasTest = test && test->present;
+    xcb_discard_reply(
+        xcb, xcb_xkb_use_extension(xcb, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION).sequence);
 }
 
 X11KeySynthesis::~X11KeySynthesis() {
     takeBackKey();
 }
 
-void X11KeySynthesis::post(const std::vector<KeyEvent>& events) {
+void X11KeySynthesis::post(const std::vector<KeyEvent>& events, Completion completion) {
     if (!m_hasTest)
-        return;
-    m_waiting.push_back({events, attempts});
-    sendWhatIsDue();
+        return completion(false);
+    m_waiting.push_back({events, std::move(completion), attempts});
+    settleWhatIsDue();
 }
 
-void X11KeySynthesis::sendWhatIsDue() {
+/// Sends what can be sent now and gives up what has waited too long; the rest is looked at again.
+void X11KeySynthesis::settleWhatIsDue() {
     m_retry.reset();
-    if (isTargetReady()) {
-        for (const Post& post : std::exchange(m_waiting, {}))
-            send(post.events);
-        return;
+    const bool isReady = isTargetReady();
+    const bool isQuiet = isReady && !isModifierHeld();
+    std::vector<Post> waiting;
+    std::vector<std::pair<Completion, bool>> settled;
+    for (Post& post : m_waiting) {
+        const bool isLastAttempt = --post.attemptsLeft == 0;
+        if (isQuiet || isLastAttempt)
+            settled.emplace_back(std::move(post.completion), isReady && send(post.events));
+        else
+            waiting.push_back(std::move(post));
     }
-    for (Post& post : m_waiting)
-        --post.attemptsLeft;
-    const auto expired =
-        std::erase_if(m_waiting, [](const Post& post) { return post.attemptsLeft == 0; });
-    if (expired > 0)
-        qCWarning(logKeys, "no window took the keyboard; keys were not posted");
+    m_waiting = std::move(waiting);
     if (!m_waiting.empty())
-        m_retry = m_scheduler.after(retryInterval, [this] { sendWhatIsDue(); });
+        m_retry = m_scheduler.after(retryInterval, [this] { settleWhatIsDue(); });
+    for (const auto& [completion, isPosted] : settled) {
+        if (!isPosted)
+            qCWarning(logKeys, "the application did not get the keyboard; keys were not posted");
+        completion(isPosted);
+    }
 }
 
 bool X11KeySynthesis::isTargetReady() const {
-    if (m_panels.hasKeyboard())
+    if (!m_panels.isKeyboardBack())
         return false;
     const XcbOwned<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
         m_connection.xcb(), xcb_get_input_focus(m_connection.xcb()), nullptr));
-    return focus && focus->focus != XCB_INPUT_FOCUS_NONE;
+    return focus && focus->focus != XCB_INPUT_FOCUS_NONE && !isKeyboardGrabbed();
+}
+
+/// Whether another program takes all keys for itself. A window that is not on the screen cannot
+/// grab them, but the server first says whether somebody else does.
+bool X11KeySynthesis::isKeyboardGrabbed() const {
+    xcb_connection_t* xcb = m_connection.xcb();
+    const XcbOwned<xcb_grab_keyboard_reply_t> grab(
+        xcb_grab_keyboard_reply(xcb,
+                                xcb_grab_keyboard(xcb, 0, m_hidden, XCB_CURRENT_TIME,
+                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                nullptr));
+    return grab && grab->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
+}
+
+/// Locks do not count unless their keys are down.
+bool X11KeySynthesis::isModifierHeld() const {
+    xcb_connection_t* xcb = m_connection.xcb();
+    const XcbOwned<xcb_xkb_get_state_reply_t> state(
+        xcb_xkb_get_state_reply(xcb, xcb_xkb_get_state(xcb, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    return state && state->baseMods != 0;
 }
 
 bool X11KeySynthesis::isTargetTerminal() const {
@@ -140,15 +174,20 @@ bool X11KeySynthesis::isTargetTerminal() const {
     });
 }
 
-void X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
+/// False, with nothing sent, where the keyboard lacks one of the keys.
+bool X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
     const auto keymap = X11Keymap::current(m_connection);
     if (!keymap)
-        return;
+        return false;
     const bool isTerminal = isTargetTerminal();
-    std::map<uint16_t, std::optional<xcb_keycode_t>> keys;
+    std::map<uint16_t, xcb_keycode_t> keys;
     for (const KeyEvent& event : events) {
-        if (!keys.contains(event.keyCode))
-            keys[event.keyCode] = keyFor(*keymap, event.keyCode);
+        if (keys.contains(event.keyCode))
+            continue;
+        const std::optional<xcb_keycode_t> key = keyFor(*keymap, event.keyCode);
+        if (!key)
+            return false;
+        keys[event.keyCode] = *key;
     }
     const std::vector<xcb_keycode_t> held = heldModifiers(*keymap);
     for (const xcb_keycode_t key : held)
@@ -156,19 +195,17 @@ void X11KeySynthesis::send(const std::vector<KeyEvent>& events) {
 
     std::set<xcb_keycode_t> down;
     for (const KeyEvent& event : events) {
-        const std::optional<xcb_keycode_t> key = keys[event.keyCode];
-        if (!key)
-            continue;
         const bool isCommand = event.flags & commandFlag;
         change(down,
                modifierKeys(*keymap, event.flags | (isTerminal && isCommand ? shiftFlag : 0)));
-        fake(*key, event.isDown);
+        fake(keys[event.keyCode], event.isDown);
     }
     change(down, {});
 
     for (const xcb_keycode_t key : held)
         fake(key, true);
     m_connection.flush();
+    return true;
 }
 
 std::optional<xcb_keycode_t> X11KeySynthesis::keyFor(const X11Keymap& keymap, uint16_t keyCode) {

@@ -18,18 +18,21 @@ public:
     X11KeySynthesis(X11Connection& connection, const X11Panels& panels, Scheduler& scheduler);
     ~X11KeySynthesis() override;
 
-    void post(const std::vector<KeyEvent>& events) override;
+    void post(const std::vector<KeyEvent>& events, Completion completion) override;
 
 private:
     struct Post {
         std::vector<KeyEvent> events;
+        Completion completion;
         int attemptsLeft = 0;
     };
 
-    void sendWhatIsDue();
+    void settleWhatIsDue();
     bool isTargetReady() const;
+    bool isKeyboardGrabbed() const;
+    bool isModifierHeld() const;
     bool isTargetTerminal() const;
-    void send(const std::vector<KeyEvent>& events);
+    bool send(const std::vector<KeyEvent>& events);
     std::optional<xcb_keycode_t> keyFor(const X11Keymap& keymap, uint16_t keyCode);
     std::vector<xcb_keycode_t> heldModifiers(const X11Keymap& keymap) const;
     void change(std::set<xcb_keycode_t>& down, const std::set<xcb_keycode_t>& wanted);
@@ -41,6 +44,7 @@ private:
     const X11Panels& m_panels;
     Scheduler& m_scheduler;
     bool m_hasTest;
+    xcb_window_t m_hidden;
     std::vector<Post> m_waiting;
     std::unique_ptr<Timer> m_retry;
     std::optional<xcb_keycode_t> m_lentKey;

@@ -46,10 +46,11 @@ void X11Panels::raise(X11Panel& panel) {
 }
 
 void X11Panels::becameKey(X11Panel& panel) {
-    if (m_key && m_key != &panel)
+    if (!m_key)
+        m_activeAtKey = activeWindow();
+    else if (m_key != &panel)
         m_key->resignKey();
     m_key = &panel;
-    m_activeAtKey = activeWindow();
     if (!m_clicks) {
         m_clicks = m_rawInput.watch(X11RawInput::Kind::buttonPress,
                                     [this](uint32_t button) { buttonPressed(button); });
@@ -86,17 +87,25 @@ bool X11Panels::isPointerOnOurs() const {
            (pointer->child & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
-xcb_window_t X11Panels::activeWindow() const {
+bool X11Panels::isKeyboardBack() const {
+    if (m_key)
+        return false;
+    const auto active = activeWindow();
+    return active != XCB_WINDOW_NONE && (!m_activeAtKey || active == m_activeAtKey);
+}
+
+/// Absent where the window manager does not tell.
+std::optional<xcb_window_t> X11Panels::activeWindow() const {
     const auto active =
         m_connection.values(m_connection.root(), m_activeWindow, XCB_ATOM_WINDOW, 1);
-    return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
+    return active.empty() ? std::nullopt : std::optional(xcb_window_t{active.front()});
 }
 
 void X11Panels::activeWindowChanged() {
     if (!m_key)
         return;
-    const xcb_window_t active = activeWindow();
-    if (active != XCB_WINDOW_NONE && active != m_activeAtKey)
+    const auto active = activeWindow();
+    if (active && active != XCB_WINDOW_NONE && active != m_activeAtKey)
         m_key->resignKey();
 }
 

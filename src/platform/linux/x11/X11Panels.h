@@ -20,8 +20,9 @@ public:
     std::unique_ptr<Panel> make(QWidget& content, const PanelStyle& style) override;
     bool isTranslucent() const override;
 
-    /// Whether the keys that are typed go to a panel.
-    bool hasKeyboard() const { return m_key != nullptr; }
+    /// Whether no panel has the keyboard and the window that was active when one took it last is
+    /// the active one again.
+    bool isKeyboardBack() const;
 
 private:
     friend class X11Panel;
@@ -33,7 +34,7 @@ private:
 
     void buttonPressed(uint32_t button);
     bool isPointerOnOurs() const;
-    xcb_window_t activeWindow() const;
+    std::optional<xcb_window_t> activeWindow() const;
     void activeWindowChanged();
 
     X11Connection& m_connection;
@@ -44,8 +45,8 @@ private:
     xcb_atom_t m_compositor;
     std::vector<X11Panel*> m_panels; ///< lowest first
     X11Panel* m_key = nullptr;
-    xcb_window_t m_activeAtKey = XCB_WINDOW_NONE; ///< the active window when m_key became key
-    X11RawInput::Watch m_clicks;                  ///< while there is a key panel
+    std::optional<xcb_window_t> m_activeAtKey; ///< the active window when a panel last became key
+    X11RawInput::Watch m_clicks;               ///< while there is a key panel
     X11Connection::Listening m_listening;
 };
 
