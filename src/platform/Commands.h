@@ -23,6 +23,10 @@ public:
     /// once on the main thread, never inside the call; it is dropped when this object dies first.
     virtual void run(const QString& program, const QStringList& arguments,
                      Completion completion) = 0;
+
+    /// Starts `program`, likewise without a shell, and lets go of it: it goes on when this process
+    /// ends. False when it could not be started.
+    virtual bool launch(const QString& program, const QStringList& arguments) = 0;
 };
 
 } // namespace quillet

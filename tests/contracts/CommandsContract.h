@@ -62,7 +62,15 @@ TYPED_TEST_P(CommandsContract, nothingIsToldOnceTheCommandsAreGone) {
     EXPECT_FALSE(told);
 }
 
+TYPED_TEST_P(CommandsContract, whatCannotBeStartedIsNotLaunched) {
+    Commands& commands = *this->backend.commands;
+    EXPECT_TRUE(commands.launch(QStringLiteral("/bin/sh"),
+                                {QStringLiteral("-c"), QStringLiteral("exit 0")}));
+    EXPECT_FALSE(commands.launch(QStringLiteral("/no/such/program"), {}));
+}
+
 REGISTER_TYPED_TEST_SUITE_P(CommandsContract, theExitCodeAndTheWholeOutputAreTold,
+                            whatCannotBeStartedIsNotLaunched,
                             aProgramThatCannotStartOrIsKilledEndsWithMinusOne,
                             nothingIsToldOnceTheCommandsAreGone);
 

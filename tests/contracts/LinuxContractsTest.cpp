@@ -44,6 +44,17 @@ struct ProcessCommandsBackend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandsContract, ProcessCommandsBackend);
 
+TEST(ProcessCommands, whatWasLaunchedOutlivesThem) {
+    const QTemporaryDir folder;
+    const QString sign = folder.filePath(u"sign"_s);
+    {
+        ProcessCommands commands;
+        ASSERT_TRUE(commands.launch(u"/bin/sh"_s, {u"-c"_s, u"sleep 0.2; : >'%1'"_s.arg(sign)}));
+    }
+    EXPECT_FALSE(QFile::exists(sign));
+    EXPECT_TRUE(spinUntil([&] { return QFile::exists(sign); }));
+}
+
 struct PulseSoundBackend {
     PulseSoundPlayer sounds;
 

@@ -60,9 +60,12 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
                                               *platform.scheduler);
     auto hotKeys =
         std::make_unique<X11HotKeys>(connection, foundation->rawInput, *platform.scheduler);
-    platform.access = std::make_unique<X11Access>(connection);
+    platform.access = std::make_unique<X11Access>(connection, *platform.commands);
     platform.capabilities = [&workspace = *workspace, &pasteboard = *pasteboard,
                              &access = *platform.access, &panels = *panels, &hotKeys = *hotKeys] {
+        const auto permission = [&access](const QString& name, Access::Kind kind) {
+            return capability(name, access.isGranted(kind), access.cause(kind));
+        };
         return std::vector{
             capability(u"clipboard"_s, true, {}),
             capability(u"clipboardManager"_s, pasteboard.isClipboardManager(),
@@ -71,8 +74,9 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
                        u"The window manager does not tell which window is active."_s),
             capability(u"globalShortcuts"_s, hotKeys.isAvailable(),
                        u"The X server lacks the keyboard extension."_s),
-            capability(u"paste"_s, access.isGranted(Access::Kind::accessibility),
-                       u"The X server lacks the XTest extension."_s),
+            permission(u"keyboardLock"_s, Access::Kind::accessibility),
+            permission(u"paste"_s, Access::Kind::accessibility),
+            permission(u"screenRecording"_s, Access::Kind::screenRecording),
             capability(u"translucency"_s, panels.isTranslucent(), u"No compositor is running."_s)};
     };
     platform.workspace = std::move(workspace);

@@ -34,6 +34,10 @@ void ProcessCommands::run(const QString& program, const QStringList& arguments,
     process->start(program, arguments);
 }
 
+bool ProcessCommands::launch(const QString& program, const QStringList& arguments) {
+    return QProcess::startDetached(program, arguments);
+}
+
 void ProcessCommands::finish(QProcess* process, const Completion& completion) {
     const auto running = std::find_if(m_running.begin(), m_running.end(),
                                       [&](const auto& entry) { return entry.get() == process; });

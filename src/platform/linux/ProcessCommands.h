@@ -16,6 +16,7 @@ public:
     ~ProcessCommands() override;
 
     void run(const QString& program, const QStringList& arguments, Completion completion) override;
+    bool launch(const QString& program, const QStringList& arguments) override;
 
 private:
     void finish(QProcess* process, const Completion& completion);

@@ -16,4 +16,11 @@ void MemoryCommands::run(const QString& program, const QStringList& arguments,
         }));
 }
 
+bool MemoryCommands::launch(const QString& program, const QStringList& arguments) {
+    if (!results.contains(program))
+        return false;
+    launched.push_back(QStringList(program) + arguments);
+    return true;
+}
+
 } // namespace quillet
