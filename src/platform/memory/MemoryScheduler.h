@@ -25,6 +25,9 @@ public:
     /// Sets the wall clock, as a user or a time server does. Pending tasks keep their distance.
     void setNow(const QDateTime& now);
 
+    /// How far time has moved, whatever the wall clock says.
+    Duration elapsed() const { return m_elapsed; }
+
     /// How many tasks have run so far, ticks included: what a process woke up for.
     int wakeUps() const { return m_wakeUps; }
 

@@ -1,0 +1,260 @@
+#include "stats/StatsSampler.h"
+#include "platform/memory/MemoryHostStatistics.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace quillet {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+constexpr auto tick = StatsSampler::interval;
+const QString menu = u"popover"_s;
+const QString title = u"menubar"_s;
+
+class StatsSamplerTest : public testing::Test {
+protected:
+    StatsSamplerTest() {
+        host.interfaces->push_back({.isUp = true});
+        sampler.onTick = [this] { ++samples; };
+    }
+
+    NetworkInterface& link() { return host.interfaces->front(); }
+    void setBattery(std::optional<int64_t> current, std::optional<int64_t> max, bool charging) {
+        host.sources = {
+            {.currentCapacity = 1, .maxCapacity = 2, .isCharging = true},
+            {PowerSource::Type::internalBattery, current, max, charging},
+        };
+    }
+    void nextSample() { scheduler.advance(tick); }
+
+    MemoryScheduler scheduler;
+    MemoryHostStatistics host{scheduler};
+    StatsSampler sampler{host, scheduler};
+    int samples = 0;
+};
+
+TEST_F(StatsSamplerTest, samplesAreTakenOnlyWhileSomebodyIsAttached) {
+    sampler.detach(menu);
+    EXPECT_TRUE(scheduler.isIdle());
+    EXPECT_EQ(samples, 0);
+
+    sampler.attach(menu);
+    sampler.attach(title);
+    sampler.attach(title);
+    EXPECT_EQ(samples, 1) << "one at once, for the first only";
+    nextSample();
+    EXPECT_EQ(samples, 2);
+
+    sampler.detach(menu);
+    sampler.detach(u"nobody"_s);
+    nextSample();
+    EXPECT_EQ(samples, 3);
+    sampler.detach(title);
+    EXPECT_TRUE(scheduler.isIdle()) << "nothing is left that could wake the machine";
+}
+
+TEST_F(StatsSamplerTest, whoIsToldOfASampleMayDetach) {
+    sampler.attach(menu);
+    sampler.onTick = [this] { sampler.detach(menu); };
+    nextSample();
+    EXPECT_TRUE(scheduler.isIdle());
+}
+
+TEST_F(StatsSamplerTest, theFirstSampleMeasuresNoRatesButCountsInTheHistories) {
+    host.ticks = CPUTicks{10, 10, 10, 10};
+    link().received = 1000;
+    int histories = 0;
+    for (const auto changed : {&StatsSampler::cpuHistoryChanged, &StatsSampler::downHistoryChanged,
+                               &StatsSampler::memoryHistoryChanged})
+        QObject::connect(&sampler, changed, &sampler, [&] { ++histories; });
+    sampler.attach(menu);
+    EXPECT_EQ(sampler.cpu(), 0);
+    EXPECT_EQ(sampler.downBytesPerSec(), 0);
+    EXPECT_EQ(sampler.memoryHistory().front(), 0);
+    EXPECT_EQ(sampler.memoryHistory().back(), 0.5);
+    EXPECT_EQ(histories, 3);
+}
+
+TEST_F(StatsSamplerTest, theLoadIsTheShareOfTicksThatWereNotIdle) {
+    struct Row {
+        CPUTicks before, after;
+        double load;
+    };
+    constexpr uint32_t top = std::numeric_limits<uint32_t>::max();
+    const Row rows[] = {
+        {{100, 100, 100, 100}, {110, 120, 160, 110}, 0.4},
+        {{top - 4, 0, top, 0}, {5, 0, 29, 0}, 0.25}, // wrapped
+        {{7, 7, 7, 7}, {7, 7, 7, 7}, 0},
+    };
+    for (const Row& row : rows) {
+        StatsSampler fresh(host, scheduler);
+        host.ticks = row.before;
+        fresh.attach(menu);
+        host.ticks = row.after;
+        nextSample();
+        EXPECT_DOUBLE_EQ(fresh.cpu(), row.load);
+    }
+}
+
+TEST_F(StatsSamplerTest, memoryInUseIsWhatNobodyWouldGiveBack) {
+    struct Row {
+        MemoryPages pages;
+        uint64_t used;
+    };
+    const Row rows[] = {
+        {{.internal = 10, .purgeable = 4, .wired = 3, .compressor = 2, .pageSize = 1024}, 11264},
+        {{.internal = 10, .purgeable = 11, .wired = 1, .pageSize = 4096}, 4096},
+        {{.internal = uint64_t{1} << 32, .pageSize = 16384}, uint64_t{1} << 46},
+    };
+    for (const Row& row : rows) {
+        StatsSampler fresh(host, scheduler);
+        host.pages = row.pages;
+        fresh.attach(menu);
+        EXPECT_EQ(fresh.memoryUsed(), row.used);
+    }
+
+    host.physical = 0;
+    StatsSampler unknown(host, scheduler);
+    unknown.attach(menu);
+    EXPECT_EQ(unknown.memoryHistory().back(), 0);
+}
+
+TEST_F(StatsSamplerTest, ratesCountLinksThatAreUpAndLeadElsewhere) {
+    host.interfaces = {{.isUp = true, .received = 100},
+                       {.isUp = true, .received = 50, .sent = 10},
+                       {.isUp = false, .received = 7, .sent = 7},
+                       {.isUp = true, .isLoopback = true, .received = 7, .sent = 7}};
+    sampler.attach(menu);
+    for (NetworkInterface& interface : *host.interfaces) {
+        interface.received += 1000;
+        interface.sent += 300;
+    }
+    nextSample();
+    EXPECT_EQ(sampler.downBytesPerSec(), 1000);
+    EXPECT_EQ(sampler.upBytesPerSec(), 300);
+    EXPECT_EQ(sampler.downHistory().back(), 1000);
+}
+
+TEST_F(StatsSamplerTest, aTotalThatFellLeavesBothRatesAndTheNextSampleMeasuresFromIt) {
+    link() = {.isUp = true, .received = 5000, .sent = 5000};
+    sampler.attach(menu);
+    link() = {.isUp = true, .received = 7000, .sent = 9000};
+    nextSample();
+    link() = {.isUp = true, .received = 100, .sent = 20000};
+    nextSample();
+    EXPECT_EQ(sampler.downBytesPerSec(), 1000);
+    EXPECT_EQ(sampler.upBytesPerSec(), 2000);
+    link() = {.isUp = true, .received = 500, .sent = 20000};
+    nextSample();
+    EXPECT_EQ(sampler.downBytesPerSec(), 200);
+    EXPECT_EQ(sampler.upBytesPerSec(), 0);
+}
+
+TEST_F(StatsSamplerTest, afterAPauseOrSleepTheFirstValuesAreAveragesOverIt) {
+    sampler.attach(menu);
+    sampler.detach(menu);
+    scheduler.advance(5min);
+    scheduler.setNow(scheduler.now().addDays(-1));
+    host.ticks = CPUTicks{.user = 300, .idle = 900};
+    link().received = 300'000;
+    sampler.attach(menu);
+    EXPECT_DOUBLE_EQ(sampler.cpu(), 0.25);
+    EXPECT_DOUBLE_EQ(sampler.downBytesPerSec(), 1000);
+
+    host.sleep(8h);
+    link().received += 28'802'000;
+    nextSample();
+    EXPECT_DOUBLE_EQ(sampler.downBytesPerSec(), 1000);
+}
+
+TEST_F(StatsSamplerTest, theBatteryIsTheFirstInternalOneThatTellsItsCharge) {
+    struct Row {
+        std::optional<int64_t> current, max;
+        std::optional<int> percent;
+    };
+    const Row rows[] = {
+        {47, 94, 50}, {1, 3, 33},   {0, 1, 0},    {50'000'000, 60'000'000, 83},
+        {5, 0, {}},   {{}, 10, {}}, {10, {}, {}},
+    };
+    for (const Row& row : rows) {
+        StatsSampler fresh(host, scheduler);
+        setBattery(row.current, row.max, row.percent.has_value());
+        fresh.attach(menu);
+        EXPECT_EQ(fresh.battery(), row.percent);
+        EXPECT_EQ(fresh.charging(), row.percent.has_value());
+    }
+}
+
+TEST_F(StatsSamplerTest, aBatteryMayBeTakenOutAndPutBack) {
+    setBattery(80, 100, true);
+    sampler.attach(menu);
+    host.sources->clear();
+    nextSample();
+    EXPECT_EQ(sampler.battery(), std::nullopt);
+    EXPECT_TRUE(sampler.charging());
+    setBattery(80, 100, false);
+    nextSample();
+    EXPECT_EQ(sampler.battery(), 80);
+    EXPECT_FALSE(sampler.charging());
+}
+
+TEST_F(StatsSamplerTest, whatCannotBeMeasuredKeepsItsValueAndTheSampleGoesOn) {
+    setBattery(80, 100, true);
+    sampler.attach(menu);
+    host.ticks = CPUTicks{.user = 1, .idle = 1};
+    link().received = 2000;
+    nextSample();
+
+    const MemoryPages pages = *host.pages;
+    host.ticks.reset();
+    host.pages.reset();
+    host.interfaces.reset();
+    host.sources.reset();
+    nextSample();
+    host.interfaces.emplace();
+    nextSample();
+    EXPECT_EQ(samples, 4);
+    EXPECT_EQ(sampler.cpuHistory().back(), 0.5);
+    EXPECT_EQ(sampler.memoryHistory().back(), 0.5);
+    EXPECT_EQ(sampler.downHistory().back(), 1000);
+    EXPECT_EQ(sampler.battery(), 80);
+
+    host.ticks = CPUTicks{.user = 1, .idle = 4};
+    host.pages = pages;
+    host.interfaces = std::vector<NetworkInterface>{{.isUp = true, .received = 8000}};
+    nextSample();
+    EXPECT_EQ(sampler.cpu(), 0) << "since the last reading that worked";
+    EXPECT_EQ(sampler.downBytesPerSec(), 1000);
+}
+
+TEST_F(StatsSamplerTest, aValueThatStaysTheSameIsNotToldAndHistoriesSpanFortySamples) {
+    int told = 0;
+    for (const auto changed :
+         {&StatsSampler::cpuChanged, &StatsSampler::memoryUsedChanged,
+          &StatsSampler::downBytesPerSecChanged, &StatsSampler::upBytesPerSecChanged,
+          &StatsSampler::batteryChanged, &StatsSampler::chargingChanged})
+        QObject::connect(&sampler, changed, &sampler, [&] { ++told; });
+    setBattery(80, 100, true);
+    sampler.attach(menu);
+    EXPECT_EQ(told, 3) << "memory, battery, charging";
+    link() = {.isUp = true, .received = 2, .sent = 2};
+    host.ticks = CPUTicks{.user = 1};
+    nextSample();
+    EXPECT_EQ(told, 6);
+    for (uint32_t i = 0; i < 39; ++i) {
+        host.ticks->user += 1;
+        link().received += 2;
+        link().sent += 2;
+        nextSample();
+    }
+    EXPECT_EQ(told, 6);
+    EXPECT_THAT(sampler.cpuHistory(), testing::Each(1.0));
+    EXPECT_THAT(sampler.downHistory(), testing::Each(1.0));
+}
+
+} // namespace
+} // namespace quillet
