@@ -5,6 +5,7 @@
 #include "app/Logging.h"
 #include "clipboard/ThumbnailCache.h"
 
+#include <algorithm>
 #include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -27,6 +28,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
     startClipboard();
     createShelf(cacheFolder);
     registerShortcuts();
+    offerAlternatives();
     return std::nullopt;
 }
 
@@ -83,6 +85,17 @@ void AppDelegate::registerShortcuts() {
     m_services->hotKeys = std::make_unique<HotKeyCenter>(*platform.preferences, *platform.hotKeys,
                                                          *platform.scheduler);
     m_services->hotKeys->registerAction(HotKeyAction::clipboardShelf, [this] { toggleShelf(); });
+}
+
+/// For shortcuts that the desktop or another program has.
+void AppDelegate::offerAlternatives() {
+    const Platform& platform = m_services->platform;
+    m_services->alternatives =
+        std::make_unique<ShortcutAlternatives>(*m_services->hotKeys, *platform.preferences);
+    m_services->shortcutBanner = std::make_unique<ShortcutBanner>(
+        *m_services->alternatives, Look{m_services->theme, *platform.scheduler, *platform.panels},
+        *platform.screens);
+    m_services->shortcutBanner->showNews();
 }
 
 void AppDelegate::toggleShelf() {
@@ -143,12 +156,21 @@ QByteArray AppDelegate::status() const {
             entry.insert(u"cause"_s, capability.cause);
         capabilities.insert(capability.name, entry);
     }
+    const HotKeyCenter& hotKeys = *m_services->hotKeys;
+    const auto refusals = m_services->alternatives->refusals();
     QJsonArray shortcuts;
     for (const HotKeyActionRow& row : hotKeyActions()) {
-        shortcuts.append(
-            QJsonObject{{u"action"_s, row.title},
-                        {u"shortcut"_s, m_services->hotKeys->shortcut(row.action).display()},
-                        {u"registered"_s, m_services->hotKeys->isRegistered(row.action)}});
+        QJsonObject entry{{u"action"_s, row.title},
+                          {u"shortcut"_s, hotKeys.shortcut(row.action).display()},
+                          {u"registered"_s, hotKeys.isRegistered(row.action)}};
+        const auto refusal =
+            std::ranges::find(refusals, row.action, &ShortcutAlternatives::Refusal::action);
+        if (refusal != refusals.end()) {
+            entry.insert(u"refused"_s, true);
+            if (refusal->alternative)
+                entry.insert(u"alternative"_s, refusal->alternative->display());
+        }
+        shortcuts.append(entry);
     }
     return QJsonDocument(QJsonObject{{u"ready"_s, true},
                                      {u"running"_s, true},

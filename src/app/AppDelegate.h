@@ -32,6 +32,7 @@ private:
     void startClipboard();
     void createShelf(const QString& cacheFolder);
     void registerShortcuts();
+    void offerAlternatives();
     void toggleShelf();
 
     VerbResult carryOut(const Command& command);

@@ -6,7 +6,7 @@
 #include "clipboard/ClipboardKeeper.h"
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/ClipContainer.h"
-#include "hotkeys/HotKeyCenter.h"
+#include "hotkeys/ui/ShortcutBanner.h"
 #include "platform/Platform.h"
 #include "settings/Sounds.h"
 #include "shelf/AppIconStore.h"
@@ -34,6 +34,8 @@ struct Composition {
     std::unique_ptr<DragFiles> dragFiles;
     std::unique_ptr<ShelfController> shelf;
     std::unique_ptr<HotKeyCenter> hotKeys;
+    std::unique_ptr<ShortcutAlternatives> alternatives;
+    std::unique_ptr<ShortcutBanner> shortcutBanner;
 };
 
 } // namespace quillet

@@ -1,5 +1,7 @@
 #include "hotkeys/HotKeyCenter.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -23,10 +25,12 @@ HotKeyCenter::HotKeyCenter(Preferences& preferences, HotKeyService& service, Sch
         m_shortcuts[row.action] = stored.value_or(row.defaultShortcut);
     }
     m_service.onPressed = [this](uint32_t id) { notePress(id); };
+    m_service.onKeyboardChanged = [this] { followKeyboard(); };
 }
 
 HotKeyCenter::~HotKeyCenter() {
     m_service.onPressed = nullptr;
+    m_service.onKeyboardChanged = nullptr;
 }
 
 void HotKeyCenter::registerAction(Action action, Handler handler) {
@@ -48,11 +52,21 @@ void HotKeyCenter::resetAll() {
     }
 }
 
+bool HotKeyCenter::isFree(const Shortcut& shortcut, Action action) {
+    const bool isOurs = std::ranges::any_of(m_shortcuts, [&](const auto& entry) {
+        return entry.first != action && entry.second.keyCode == shortcut.keyCode &&
+               entry.second.modifiers == shortcut.modifiers;
+    });
+    return !isOurs && add(shortcut, action) != nullptr;
+}
+
 void HotKeyCenter::suspend() {
+    m_isSuspended = true;
     m_registrations.clear();
 }
 
 void HotKeyCenter::resume() {
+    m_isSuspended = false;
     for (const HotKeyActionRow& row : hotKeyActions()) {
         if (m_handlers.contains(rawValue(row.action)))
             bind(row.action);
@@ -70,6 +84,18 @@ void HotKeyCenter::bind(Action action) {
     }
     if (m_failed.contains(action) != hadFailed)
         Q_EMIT failedChanged();
+}
+
+void HotKeyCenter::followKeyboard() {
+    if (m_isSuspended)
+        return;
+    for (const HotKeyActionRow& row : hotKeyActions()) {
+        const auto registration = m_registrations.find(row.action);
+        const bool isLost =
+            registration != m_registrations.end() && !registration->second->isInForce();
+        if (m_handlers.contains(rawValue(row.action)) && (isLost || m_failed.contains(row.action)))
+            bind(row.action);
+    }
 }
 
 HotKeyCenter::Registration HotKeyCenter::add(const Shortcut& shortcut, Action action) {

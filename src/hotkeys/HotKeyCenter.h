@@ -36,6 +36,9 @@ public:
     /// Restores every factory shortcut and registers all of them.
     void resetAll();
 
+    /// Whether an action could have a shortcut: no other action has it, nor another program.
+    bool isFree(const Shortcut& shortcut, Action action);
+
     /// Withdraws every registration; resume() registers the actions that have a handler again.
     void suspend();
     void resume();
@@ -43,7 +46,8 @@ public:
     Shortcut shortcut(Action action) const { return m_shortcuts.at(action); }
     const std::map<Action, Shortcut>& shortcuts() const { return m_shortcuts; }
 
-    /// Actions whose last registration failed, because another program has the combination.
+    /// Actions whose last registration failed, because another program has the combination. It is
+    /// tried again when the keyboard layout changes.
     const std::set<Action>& failed() const { return m_failed; }
     bool isRegistered(Action action) const { return m_registrations.contains(action); }
 
@@ -55,6 +59,7 @@ private:
     using Registration = std::unique_ptr<HotKeyService::Registration>;
 
     void bind(Action action);
+    void followKeyboard();
     Registration add(const Shortcut& shortcut, Action action);
     void notePress(uint32_t id);
     void runPressed();
@@ -67,6 +72,7 @@ private:
     Scheduler& m_scheduler;
     std::map<Action, Shortcut> m_shortcuts;
     std::set<Action> m_failed;
+    bool m_isSuspended = false;
     std::map<uint32_t, Handler> m_handlers;
     std::map<Action, Registration> m_registrations;
     std::vector<uint32_t> m_pressed;

@@ -13,19 +13,27 @@ public:
     class Registration {
     public:
         virtual ~Registration() = default;
+
+        /// False while the keyboard layout puts it where another program has the combination, or
+        /// has no such key.
+        virtual bool isInForce() const = 0;
     };
 
     virtual ~HotKeyService() = default;
 
     /// Registers a virtual key code with a modifier mask (command 0x100, shift 0x200, option 0x800,
     /// control 0x1000). Null when another program has the combination or the keyboard has no such
-    /// key. It stays in force when the keyboard layout changes.
+    /// key. It moves with its key when the keyboard layout changes.
     [[nodiscard]] virtual std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers,
                                                             uint32_t id) = 0;
 
     /// Called from the event loop with a registration's id at the first press of its key, not at
     /// its repeats.
     std::function<void(uint32_t id)> onPressed;
+
+    /// Called from the event loop when the keyboard layout may have changed: what was refused may
+    /// be free now, and registrations may no longer be in force.
+    std::function<void()> onKeyboardChanged;
 };
 
 } // namespace quillet

@@ -8,7 +8,9 @@ namespace quillet {
 
 /// What every HotKeyService promises. A Backend has
 /// - `hotKeys()`;
-/// - `takeElsewhere(keyCode, modifiers)`: another program has that combination from then on;
+/// - `takeElsewhere(keyCode, modifiers)`: another program has that combination from then on, on the
+///   keyboard layout that is in use at first;
+/// - `changeLayout(isFirst)`: to one where its key is elsewhere, or back; all that follows is done;
 /// - `press(keyCode, modifiers)`: the user presses and releases it, and all that follows is done.
 template<typename Backend>
 class HotKeysContract : public testing::Test {
@@ -52,7 +54,27 @@ TYPED_TEST_P(HotKeysContract, whatAnotherProgramHasOrNoKeyboardHasIsRefused) {
     EXPECT_EQ(hotKeys.add(0xffff'ffff, this->commandShift, 1), nullptr);
 }
 
+TYPED_TEST_P(HotKeysContract, aChangeOfTheLayoutIsToldAndDecidesAnewWhatIsInForce) {
+    auto& hotKeys = this->backend.hotKeys();
+    int changes = 0;
+    hotKeys.onKeyboardChanged = [&] { ++changes; };
+    this->backend.takeElsewhere(this->keyV, this->commandShift);
+    const auto c = hotKeys.add(this->keyC, this->commandShift, 2);
+    this->backend.changeLayout(false);
+    EXPECT_GT(changes, 0);
+    const auto v = hotKeys.add(this->keyV, this->commandShift, 1);
+    ASSERT_TRUE(v);
+    EXPECT_TRUE(v->isInForce());
+    changes = 0;
+    this->backend.changeLayout(true);
+    EXPECT_GT(changes, 0);
+    EXPECT_FALSE(v->isInForce());
+    EXPECT_TRUE(c->isInForce());
+    hotKeys.onKeyboardChanged = nullptr;
+}
+
 REGISTER_TYPED_TEST_SUITE_P(HotKeysContract, eachPressIsReportedToWhoeverHasTheCombinationThen,
-                            whatAnotherProgramHasOrNoKeyboardHasIsRefused);
+                            whatAnotherProgramHasOrNoKeyboardHasIsRefused,
+                            aChangeOfTheLayoutIsToldAndDecidesAnewWhatIsInForce);
 
 } // namespace quillet

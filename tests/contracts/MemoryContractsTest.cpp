@@ -112,6 +112,15 @@ struct MemoryHotKeysBackend {
         memory.press({keyCode, modifiers});
         scheduler.advance(Scheduler::Duration(0));
     }
+
+    std::set<MemoryHotKeys::Combination> takenAtFirst;
+    void changeLayout(bool isFirst) {
+        auto next = takenAtFirst;
+        if (!isFirst)
+            takenAtFirst = memory.taken;
+        memory.changeKeyboard(isFirst ? next : std::set<MemoryHotKeys::Combination>());
+        scheduler.advance(Scheduler::Duration(0));
+    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HotKeysContract, MemoryHotKeysBackend);
 

@@ -103,6 +103,22 @@ TEST_F(HotKeyCenterTest, aTakenCombinationFailsUntilTheNextAttempt) {
     EXPECT_THAT(press(row(clipboardShelf).defaultShortcut), ElementsAre(clipboardShelf));
 }
 
+TEST_F(HotKeyCenterTest, anotherKeyboardLayoutDecidesAnewWhichShortcutsWork) {
+    keys.taken = {{9, 0x300}};
+    handle(clipboardShelf);
+    handle(maximize);
+    keys.changeKeyboard({{36, 0x1800}});
+    scheduler.advance(std::chrono::milliseconds(0));
+    EXPECT_THAT(center->failed(), ElementsAre(maximize));
+    EXPECT_THAT(press(row(clipboardShelf).defaultShortcut), ElementsAre(clipboardShelf));
+    center->suspend();
+    keys.changeKeyboard({});
+    scheduler.advance(std::chrono::milliseconds(0));
+    EXPECT_THAT(keys.registered(), IsEmpty()) << "a recorder listens";
+    center->resume();
+    EXPECT_THAT(center->failed(), IsEmpty());
+}
+
 TEST_F(HotKeyCenterTest, resumingRegistersTheActionsWithHandlersOnly) {
     handle(snapLeft);
     handle(clipboardShelf);

@@ -24,7 +24,11 @@ public:
     /// Presses a combination; whether it is a shortcut. It is reported at the next advance.
     bool press(Combination combination);
 
-    /// The ids in force, in the order of their registration.
+    /// Another keyboard layout, on which other programs have these combinations; told at the next
+    /// advance.
+    void changeKeyboard(std::set<Combination> takenThere);
+
+    /// The ids that are registered, in the order of their registration.
     std::vector<uint32_t> registered() const;
 
     /// Combinations that other programs have.
@@ -37,6 +41,7 @@ private:
     Scheduler& m_scheduler;
     std::shared_ptr<Entries> m_entries = std::make_shared<Entries>();
     std::vector<std::unique_ptr<Timer>> m_reports;
+    std::unique_ptr<Timer> m_keyboardChange;
 };
 
 } // namespace quillet

@@ -27,6 +27,11 @@ struct X11HotKeysBackend {
         other.serverTime();
     }
 
+    void changeLayout(bool isFirst) {
+        run(isFirst ? u"setxkbmap us"_s : u"setxkbmap dvorak"_s);
+        spinFor(std::chrono::milliseconds(300));
+    }
+
     static void press(uint32_t keyCode, uint32_t modifiers) {
         const QString shift = modifiers & 0x200 ? u"shift+"_s : QString();
         run(u"xdotool key super+%1%2"_s.arg(shift).arg(keyMeaning(keyCode)->position));

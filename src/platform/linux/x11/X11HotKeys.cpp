@@ -30,6 +30,8 @@ public:
         : keyCode(code), modifiers(mask), id(reported), m_service(service) {}
     ~Entry() override { m_service.remove(*this); }
 
+    bool isInForce() const override { return !grabs.empty(); }
+
     const uint32_t keyCode;
     const uint32_t modifiers;
     const uint32_t id;
@@ -155,6 +157,8 @@ void X11HotKeys::followKeymap() {
         else
             qCWarning(logHotKeys, "shortcut %u is not free on the new keyboard layout", entry->id);
     }
+    if (onKeyboardChanged)
+        onKeyboardChanged();
 }
 
 void X11HotKeys::remove(Entry& entry) {
