@@ -2,6 +2,7 @@
 
 #include "platform/Access.h"
 #include "platform/Commands.h"
+#include "platform/FocusedWindow.h"
 #include "platform/HotKeyService.h"
 #include "platform/KeySynthesis.h"
 #include "platform/Panels.h"
@@ -35,6 +36,7 @@ struct Platform {
     std::unique_ptr<SoundPlayer> sounds;
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<FocusedWindow> focusedWindow;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<Access> access;
     std::unique_ptr<HotKeyService> hotKeys;

@@ -5,6 +5,7 @@
 #include "platform/linux/ProcessCommands.h"
 #include "platform/linux/sound/PulseSoundPlayer.h"
 #include "platform/linux/x11/X11Access.h"
+#include "platform/linux/x11/X11FocusedWindow.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11KeySynthesis.h"
 #include "platform/linux/x11/X11Panels.h"
@@ -55,6 +56,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     auto screens = std::make_unique<X11Screens>(connection);
     auto workspace = std::make_unique<X11Workspace>(
         connection, DesktopEntries(DesktopEntries::standardFolders()));
+    platform.focusedWindow =
+        std::make_unique<X11FocusedWindow>(connection, *screens, *platform.scheduler);
     auto pasteboard = std::make_unique<X11Pasteboard>(connection, *platform.scheduler);
     auto panels = std::make_unique<X11Panels>(connection, foundation->rawInput, *screens,
                                               *platform.scheduler);

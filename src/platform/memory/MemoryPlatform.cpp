@@ -13,6 +13,7 @@ Platform makeMemoryPlatform() {
     platform.sounds = std::make_unique<MemorySoundPlayer>(*platform.scheduler);
     platform.screens = std::make_unique<MemoryScreens>();
     platform.workspace = std::make_unique<MemoryWorkspace>();
+    platform.focusedWindow = std::make_unique<MemoryFocusedWindow>(*platform.scheduler);
     platform.pasteboard = std::make_unique<MemoryPasteboard>();
     platform.access = std::make_unique<MemoryAccess>();
     platform.hotKeys = std::make_unique<MemoryHotKeys>(*platform.scheduler);
@@ -29,6 +30,7 @@ MemoryFakes::MemoryFakes(const Platform& platform)
       sounds(static_cast<MemorySoundPlayer&>(*platform.sounds)),
       screens(static_cast<MemoryScreens&>(*platform.screens)),
       workspace(static_cast<MemoryWorkspace&>(*platform.workspace)),
+      focusedWindow(static_cast<MemoryFocusedWindow&>(*platform.focusedWindow)),
       pasteboard(static_cast<MemoryPasteboard&>(*platform.pasteboard)),
       access(static_cast<MemoryAccess&>(*platform.access)),
       hotKeys(static_cast<MemoryHotKeys&>(*platform.hotKeys)),

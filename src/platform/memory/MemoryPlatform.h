@@ -2,6 +2,7 @@
 
 #include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryFocusedWindow.h"
 #include "platform/memory/MemoryHotKeys.h"
 #include "platform/memory/MemoryKeySynthesis.h"
 #include "platform/memory/MemoryPanels.h"
@@ -28,6 +29,7 @@ struct MemoryFakes {
     MemorySoundPlayer& sounds;
     MemoryScreens& screens;
     MemoryWorkspace& workspace;
+    MemoryFocusedWindow& focusedWindow;
     MemoryPasteboard& pasteboard;
     MemoryAccess& access;
     MemoryHotKeys& hotKeys;

@@ -33,6 +33,22 @@ TEST(ScreenGeometry, aPixelIsMeasuredWithinItsOwnMonitor) {
     EXPECT_EQ(geometry.pointAt(3840, 1081), (Point{3840, -1}));
 }
 
+TEST(ScreenGeometry, aRectangleBelongsToTheMonitorThatHoldsMostOfIt) {
+    const ScreenGeometry geometry(
+        {monitor(u"L"_s, 0, 0, 3840, 2160, 2, true), monitor(u"R"_s, 3840, 1080, 1920, 1080, 1)});
+    struct Row {
+        PixelRect pixels;
+        Rect points;
+    };
+    for (const Row& row : {Row{{0, 0, 3840, 2160}, {{0, 0}, {1920, 1080}}},
+                           Row{{3801, 1180, 1000, 500}, {{3801, -600}, {1000, 500}}},
+                           Row{{3000, 1180, 1000, 500}, {{1500, 240}, {500, 250}}},
+                           Row{{5000, -400, 100, 200}, {{2500, 1180}, {50, 100}}}}) { // on none
+        EXPECT_EQ(geometry.rectOf(row.pixels), row.points);
+        EXPECT_EQ(geometry.pixelsOf(geometry.rectOf(row.pixels)), row.pixels);
+    }
+}
+
 TEST(ScreenGeometry, aPanelTakesRoomOnlyFromTheMonitorItStandsOn) {
     std::vector monitors = {monitor(u"L"_s, 0, 0, 1440, 900, 1, true),
                             monitor(u"R"_s, 1440, 0, 1440, 1000, 1)};

@@ -7,17 +7,27 @@ namespace quillet {
 
 namespace {
 
-struct Span {
-    int x, y, width, height;
-    int right() const { return x + width; }
-    int bottom() const { return y + height; }
-};
-
-bool overlap(const Span& a, const Span& b) {
+bool overlap(const PixelRect& a, const PixelRect& b) {
     return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
 }
 
+/// The one that holds most of a rectangle, the first where none holds any of it.
+template<typename Monitors, typename ShareIn>
+const MonitorPixels& mostOf(const Monitors& monitors, ShareIn shareIn) {
+    return *std::max_element(monitors.begin(), monitors.end(),
+                             [&](const auto& a, const auto& b) { return shareIn(a) < shareIn(b); });
+}
+
 } // namespace
+
+PixelRect PixelRect::intersection(const PixelRect& other) const {
+    if (!overlap(*this, other))
+        return {};
+    const int left = std::max(x, other.x);
+    const int top = std::max(y, other.y);
+    return {left, top, std::min(right(), other.right()) - left,
+            std::min(bottom(), other.bottom()) - top};
+}
 
 ScreenGeometry::ScreenGeometry(std::vector<MonitorPixels> monitors)
     : m_monitors(std::move(monitors)) {
@@ -48,6 +58,34 @@ Point ScreenGeometry::pointAt(int pixelX, int pixelY) const {
     return {place.minX(), place.maxY()};
 }
 
+Rect ScreenGeometry::rectOf(const PixelRect& pixels) const {
+    if (m_monitors.empty())
+        return {};
+    const MonitorPixels& monitor = mostOf(m_monitors, [&](const MonitorPixels& m) {
+        const PixelRect common = pixels.intersection({m.x, m.y, m.width, m.height});
+        return common.width * common.height;
+    });
+    return frame(monitor, pixels.x, pixels.y, pixels.width, pixels.height);
+}
+
+PixelRect ScreenGeometry::pixelsOf(const Rect& rect) const {
+    if (m_monitors.empty())
+        return {};
+    const MonitorPixels& m = mostOf(m_monitors, [&](const MonitorPixels& candidate) {
+        const Size common = rect.intersection(frame(candidate, candidate.x, candidate.y,
+                                                    candidate.width, candidate.height))
+                                .size;
+        return common.width * common.height;
+    });
+    const Rect inPoints = topLeft(rect);
+    const auto pixel = [&](double point, int origin) {
+        return origin + static_cast<int>(std::lround((point - origin) * m.scale));
+    };
+    const int left = pixel(inPoints.minX(), m.x);
+    const int top = pixel(inPoints.minY(), m.y);
+    return {left, top, pixel(inPoints.maxX(), m.x) - left, pixel(inPoints.maxY(), m.y) - top};
+}
+
 Rect ScreenGeometry::topLeft(const Rect& rect) const {
     return {{rect.minX(), base() - rect.maxY()}, rect.size};
 }
@@ -71,15 +109,16 @@ Rect ScreenGeometry::frame(const MonitorPixels& monitor, int x, int y, int width
 void applyStruts(std::vector<MonitorPixels>& monitors, const std::vector<Strut>& struts,
                  int rootWidth, int rootHeight) {
     for (MonitorPixels& m : monitors) {
-        const Span whole{m.x, m.y, m.width, m.height};
+        const PixelRect whole{m.x, m.y, m.width, m.height};
         int left = m.x, top = m.y, right = whole.right(), bottom = whole.bottom();
         for (const Strut& s : struts) {
             const std::array reserved = {
-                Span{0, s.leftStart, s.left, s.leftEnd - s.leftStart + 1},
-                Span{rootWidth - s.right, s.rightStart, s.right, s.rightEnd - s.rightStart + 1},
-                Span{s.topStart, 0, s.topEnd - s.topStart + 1, s.top},
-                Span{s.bottomStart, rootHeight - s.bottom, s.bottomEnd - s.bottomStart + 1,
-                     s.bottom}};
+                PixelRect{0, s.leftStart, s.left, s.leftEnd - s.leftStart + 1},
+                PixelRect{rootWidth - s.right, s.rightStart, s.right,
+                          s.rightEnd - s.rightStart + 1},
+                PixelRect{s.topStart, 0, s.topEnd - s.topStart + 1, s.top},
+                PixelRect{s.bottomStart, rootHeight - s.bottom, s.bottomEnd - s.bottomStart + 1,
+                          s.bottom}};
             if (s.left > 0 && overlap(reserved[0], whole) && s.left < whole.right())
                 left = std::max(left, s.left);
             if (s.right > 0 && overlap(reserved[1], whole) && reserved[1].x > m.x)

@@ -7,6 +7,19 @@
 
 namespace quillet {
 
+/// A rectangle of native pixels, y downwards from the top left of the root.
+struct PixelRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    bool operator==(const PixelRect&) const = default;
+
+    int right() const { return x + width; }
+    int bottom() const { return y + height; }
+    PixelRect intersection(const PixelRect& other) const;
+};
+
 /// A monitor as the X server has it: native pixels, y downwards from the top left of the root.
 struct MonitorPixels {
     QString name;
@@ -43,6 +56,12 @@ public:
     /// A native pixel's place in points, measured within the monitor that holds it, else within
     /// the first.
     Point pointAt(int pixelX, int pixelY) const;
+
+    /// A rectangle of native pixels in points, measured within the monitor that holds most of it.
+    Rect rectOf(const PixelRect& pixels) const;
+
+    /// The native pixels of a rectangle in points.
+    PixelRect pixelsOf(const Rect& rect) const;
 
     /// A rectangle in points as the toolkit has it: y downwards from the top of the desktop.
     Rect topLeft(const Rect& rect) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QAbstractEventDispatcher>
 #include <QElapsedTimer>
+#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <xcb/xfixes.h>
 
@@ -21,6 +22,11 @@ xcb_screen_t* screenOf(xcb_connection_t* xcb, int number) {
             return it.data;
     }
     return nullptr;
+}
+
+bool isMadeThrough(xcb_connection_t* xcb, xcb_window_t window) {
+    const xcb_setup_t* setup = xcb_get_setup(xcb);
+    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
 }
 
 } // namespace
@@ -74,8 +80,12 @@ X11Connection::~X11Connection() {
 }
 
 bool X11Connection::owns(xcb_window_t window) const {
-    const xcb_setup_t* setup = xcb_get_setup(m_xcb);
-    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
+    return isMadeThrough(m_xcb, window);
+}
+
+bool X11Connection::isOurs(xcb_window_t window) const {
+    const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return owns(window) || (toolkit && isMadeThrough(toolkit->connection(), window));
 }
 
 xcb_atom_t X11Connection::atom(const QByteArray& name) const {
@@ -139,6 +149,25 @@ QByteArray X11Connection::bytes(xcb_window_t window, xcb_atom_t property) const 
         return {};
     return QByteArray(static_cast<const char*>(xcb_get_property_value(reply.get())),
                       xcb_get_property_value_length(reply.get()));
+}
+
+void X11Connection::askWindowManager(xcb_window_t window, xcb_atom_t request,
+                                     const std::array<uint32_t, 5>& data) const {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = request;
+    std::copy(data.begin(), data.end(), message.data.data32);
+    xcb_send_event(m_xcb, 0, root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    flush();
+}
+
+bool X11Connection::windowManagerKnows(xcb_atom_t hint) const {
+    const auto known = values(root(), atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
+    return std::find(known.begin(), known.end(), hint) != known.end();
 }
 
 void X11Connection::answerRequest(const xcb_selection_request_event_t& request,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -48,6 +49,9 @@ public:
     /// Whether this connection made a window.
     bool owns(xcb_window_t window) const;
 
+    /// Whether this program made a window, through this connection or the toolkit's.
+    bool isOurs(xcb_window_t window) const;
+
     /// The id of a name, asked from the server once.
     xcb_atom_t atom(const QByteArray& name) const;
 
@@ -66,6 +70,13 @@ public:
 
     /// A property as bytes, at most 64 KiB; empty where it is missing.
     QByteArray bytes(xcb_window_t window, xcb_atom_t property) const;
+
+    /// Asks the window manager to do something to another program's window, as a pager does.
+    void askWindowManager(xcb_window_t window, xcb_atom_t request,
+                          const std::array<uint32_t, 5>& data) const;
+
+    /// Whether the window manager says that it knows a property or a request.
+    bool windowManagerKnows(xcb_atom_t hint) const;
 
     /// Tells a requestor under which property its conversion is, or None for a refusal.
     void answerRequest(const xcb_selection_request_event_t& request, xcb_atom_t property) const;

@@ -72,16 +72,7 @@ bool X11Workspace::activate(const RunningApplication& wanted) {
         if (!owner || application(*owner).bundleID != wanted.bundleID ||
             (wanted.pid > 0 && owner->pid != wanted.pid))
             continue;
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = *window;
-        message.type = m_activeWindow;
-        message.data.data32[0] = 2; // asked for by the user, as a pager does
-        xcb_send_event(m_connection.xcb(), 0, m_connection.root(),
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&message));
-        m_connection.flush();
+        m_connection.askWindowManager(*window, m_activeWindow, {2}); // the user asks for it
         return true;
     }
     return false;
@@ -133,9 +124,7 @@ void X11Workspace::beep() {
 }
 
 bool X11Workspace::knowsFrontmost() const {
-    const auto supported = m_connection.values(m_connection.root(),
-                                               m_connection.atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
-    return std::find(supported.begin(), supported.end(), m_activeWindow) != supported.end();
+    return m_connection.windowManagerKnows(m_activeWindow);
 }
 
 void X11Workspace::noteActiveWindow() {

@@ -1,0 +1,180 @@
+#include "hotkeys/WindowSnapper.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillet {
+namespace {
+
+constexpr double tolerance = 1;     // window managers round
+constexpr double coarsestStep = 48; // of the sizes that a terminal with large letters takes
+constexpr size_t mostPasts = 64;
+
+bool isNear(const Point& a, const Point& b) {
+    return std::abs(a.x - b.x) <= tolerance && std::abs(a.y - b.y) <= tolerance;
+}
+
+bool isNear(const Size& a, const Size& b, double within = tolerance) {
+    return std::abs(a.width - b.width) <= within && std::abs(a.height - b.height) <= within;
+}
+
+bool isNear(const Rect& a, const Rect& b) {
+    return isNear(a.origin, b.origin) && isNear(a.size, b.size);
+}
+
+/// From desktop points to points from the top left of the primary screen, or back.
+Rect flipped(const Rect& rect, const std::vector<Screen>& screens) {
+    return flipped(rect, screens.empty() ? 0 : screens.front().frame.size.height);
+}
+
+} // namespace
+
+WindowSnapper::WindowSnapper(Services services, std::function<void()> showSetupGuide)
+    : m_services(services), m_showSetupGuide(std::move(showSetupGuide)) {}
+
+bool WindowSnapper::snap(Position position) {
+    const auto window = focusedWindow();
+    if (!window)
+        return false;
+    const std::vector<Screen> screens = m_services.screens.all();
+    const auto screen = screenContaining(window->frame, screens);
+    if (!screen)
+        return refuse();
+    const Rect visible = flipped(screen->visibleFrame, screens);
+
+    const SnapPositionRow& to = row(position);
+    const bool again = m_last && m_last->position == position && m_last->window == window->id;
+    const size_t step = again && to.cycles() ? (m_last->step + 1) % snapFractions.size() : 0;
+    m_last = {position, step, window->id};
+    move({*window, snapTarget(to, visible, window->frame.size, snapFractions[step]), to.anchor});
+    return true;
+}
+
+bool WindowSnapper::restore() {
+    const auto window = focusedWindow();
+    if (!window)
+        return false;
+    const auto past = pastOf(window->id);
+    if (past == m_pasts.end())
+        return refuse();
+    const Rect before = past->before;
+    m_pasts.erase(past);
+    apply({*window, before, {}});
+    return true;
+}
+
+bool WindowSnapper::moveToNextDisplay() {
+    const auto window = focusedWindow();
+    if (!window)
+        return false;
+    const std::vector<Screen> screens = m_services.screens.all();
+    const auto screen = screenContaining(window->frame, screens);
+    if (!screen || screens.size() < 2)
+        return refuse();
+    const auto here = std::ranges::find(screens, screen->number, &Screen::number);
+    const Screen& next = here + 1 == screens.end() ? screens.front() : *(here + 1);
+
+    const Rect from = flipped(screen->visibleFrame, screens);
+    const Rect to = flipped(next.visibleFrame, screens);
+    const Size size{window->frame.size.width * to.size.width / from.size.width,
+                    window->frame.size.height * to.size.height / from.size.height};
+    const SnapAnchor anchor = anchorIn(from, window->frame);
+    move({*window, Rect{anchored(anchor, to, size), size}.integral(), anchor});
+    return true;
+}
+
+std::optional<WindowSnapper::Window> WindowSnapper::focusedWindow() {
+    m_services.permissions.refresh();
+    if (!m_services.permissions.accessibility()) {
+        m_showSetupGuide();
+        return std::nullopt;
+    }
+    const auto id = m_services.windows.identity();
+    const auto frame = id ? m_services.windows.topLeftFrame(*id) : std::nullopt;
+    if (!frame) {
+        refuse();
+        return std::nullopt;
+    }
+    return Window{*id, *frame};
+}
+
+std::optional<Screen> WindowSnapper::screenContaining(const Rect& frame,
+                                                      const std::vector<Screen>& screens) {
+    const Point centre = flipped({{frame.midX(), frame.midY()}, {}}, screens).origin;
+    const auto around = std::ranges::find_if(
+        screens, [&](const Screen& screen) { return screen.frame.containsPointer(centre); });
+    return around != screens.end() ? std::optional(*around) : m_services.screens.main();
+}
+
+void WindowSnapper::move(const Move& move) {
+    noteBefore(move.window);
+    apply(move);
+}
+
+/// The first size lets the window fit at its new place, the second corrects what its program cut
+/// off at the old one.
+void WindowSnapper::apply(const Move& move) {
+    const Identity window = move.window.id;
+    if (const auto past = pastOf(window); past != m_pasts.end())
+        past->after.reset();
+    m_services.windows.setSize(window, move.target.size);
+    m_services.windows.setTopLeft(window, move.target.origin);
+    m_services.windows.setSize(window, move.target.size);
+    m_services.windows.whenSettled(
+        window, m_alive([this, move](const std::optional<Rect>& frame) { verify(move, frame); }));
+}
+
+void WindowSnapper::verify(Move move, const std::optional<Rect>& frame) {
+    noteAfter(move.window.id, frame);
+    if (!frame)
+        return; // it was closed, which is what somebody wanted
+    const Point corner = anchored(move.anchor, move.target, frame->size);
+    const bool inPlace = isNear(frame->origin, corner);
+    const bool ignored = !move.anchored && isNear(*frame, move.window.frame) &&
+                         !(inPlace && isNear(frame->size, move.target.size, coarsestStep));
+    if (ignored && !move.askedAgain) {
+        move.askedAgain = true;
+        apply(move);
+    } else if (!inPlace && !ignored && !move.anchored) {
+        move.anchored = true;
+        move.target = {corner, frame->size};
+        move.anchor = {};
+        apply(move);
+    } else if (ignored || !inPlace) {
+        refuse();
+    }
+}
+
+bool WindowSnapper::refuse() {
+    m_services.workspace.beep();
+    return false;
+}
+
+/// Where a window is now is the user's choice, unless it was left there from here.
+void WindowSnapper::noteBefore(const Window& window) {
+    Past past{window.id, window.frame, {}};
+    if (const auto known = pastOf(window.id); known != m_pasts.end()) {
+        if (!known->after || isNear(*known->after, window.frame))
+            past.before = known->before;
+        m_pasts.erase(known);
+    }
+    m_pasts.push_back(past);
+    if (m_pasts.size() > mostPasts)
+        m_pasts.erase(m_pasts.begin());
+}
+
+void WindowSnapper::noteAfter(Identity window, const std::optional<Rect>& frame) {
+    const auto past = pastOf(window);
+    if (past == m_pasts.end())
+        return;
+    if (frame)
+        past->after = frame;
+    else
+        m_pasts.erase(past);
+}
+
+std::vector<WindowSnapper::Past>::iterator WindowSnapper::pastOf(Identity window) {
+    return std::ranges::find(m_pasts, window, &Past::window);
+}
+
+} // namespace quillet

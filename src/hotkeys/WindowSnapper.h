@@ -1,0 +1,85 @@
+#pragma once
+
+#include "hotkeys/SnapPosition.h"
+#include "platform/Alive.h"
+#include "platform/FocusedWindow.h"
+#include "platform/Screens.h"
+#include "platform/Workspace.h"
+#include "settings/Permissions.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace quillet {
+
+/// Moves and resizes the focused window. The same side pressed again for the same window goes on
+/// to the next fraction of the screen.
+///
+/// An operation asks and returns; false where there was nothing to ask, of which the user was
+/// told. What comes of it is looked at later: a window that ignored the request is asked once
+/// more, one that took another size is moved to the edges where it belongs. Where it still is not
+/// in its place then, the user hears a beep.
+class WindowSnapper {
+public:
+    using Position = SnapPosition;
+    struct Services {
+        Permissions& permissions;
+        FocusedWindow& windows;
+        Screens& screens;
+        Workspace& workspace;
+    };
+
+    WindowSnapper(Services services, std::function<void()> showSetupGuide);
+
+    bool snap(Position position);
+
+    /// Back to where the window was before it was moved from here, however often that was.
+    bool restore();
+
+    /// To the same relative place on the next screen, after the last one to the first.
+    bool moveToNextDisplay();
+
+private:
+    using Identity = FocusedWindow::Identity;
+    struct Window {
+        Identity id = 0;
+        Rect frame;
+    };
+    struct Move {
+        Window window; ///< as it was before
+        Rect target;
+        SnapAnchor anchor;
+        bool askedAgain = false;
+        bool anchored = false;
+    };
+    struct Snap {
+        Position position;
+        size_t step;
+        Identity window;
+    };
+    struct Past {
+        Identity window;
+        Rect before;
+        std::optional<Rect> after; ///< absent while the window is on its way
+    };
+
+    std::optional<Window> focusedWindow();
+    std::optional<Screen> screenContaining(const Rect& frame, const std::vector<Screen>& screens);
+    void move(const Move& move);
+    void apply(const Move& move);
+    void verify(Move move, const std::optional<Rect>& frame);
+    bool refuse();
+
+    void noteBefore(const Window& window);
+    void noteAfter(Identity window, const std::optional<Rect>& frame);
+    std::vector<Past>::iterator pastOf(Identity window);
+
+    Services m_services;
+    std::function<void()> m_showSetupGuide;
+    std::optional<Snap> m_last;
+    std::vector<Past> m_pasts; ///< of the windows moved last, the latest at the end
+    Alive m_alive;
+};
+
+} // namespace quillet

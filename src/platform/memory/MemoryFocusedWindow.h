@@ -1,0 +1,48 @@
+#pragma once
+
+#include "platform/FocusedWindow.h"
+#include "platform/Scheduler.h"
+
+#include <map>
+#include <memory>
+
+namespace quillet {
+
+/// Windows that a test opens and whose manners it chooses. They do at once what they are asked to,
+/// as far as their manners allow.
+class MemoryFocusedWindow : public FocusedWindow {
+public:
+    struct Window {
+        Rect frame;
+        Size minimum{};
+        Size step{1, 1}; ///< sizes are whole multiples of it, as in terminals
+        Rect room{};     ///< not empty: its far edges stop the window from growing beyond them
+        bool obeys = true;
+        int requests = 0; ///< how often it was asked to move
+    };
+
+    explicit MemoryFocusedWindow(Scheduler& scheduler) : m_scheduler(scheduler) {}
+
+    std::optional<Identity> identity() const override { return m_focused; }
+    std::optional<Rect> topLeftFrame(Identity window) const override;
+    void setSize(Identity window, const Size& size) override;
+    void setTopLeft(Identity window, const Point& corner) override;
+    void whenSettled(Identity window, Settled settled) override;
+
+    /// Opens a window, which gets the focus.
+    Identity open(const Rect& topLeftFrame);
+    void focus(std::optional<Identity> window) { m_focused = window; }
+    void close(Identity window);
+    Window& window(Identity window) { return m_windows.at(window); }
+
+private:
+    void report(Identity window);
+
+    Scheduler& m_scheduler;
+    std::map<Identity, Window> m_windows;
+    std::optional<Identity> m_focused;
+    Identity m_lastIdentity = 0;
+    std::map<Identity, std::pair<Settled, std::unique_ptr<Timer>>> m_waiting;
+};
+
+} // namespace quillet
