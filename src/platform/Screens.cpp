@@ -1,5 +1,7 @@
 #include "platform/Screens.h"
 
+#include <algorithm>
+
 namespace quillet {
 
 std::optional<Screen> Screens::main() const {
@@ -11,6 +13,20 @@ std::optional<Screen> Screens::main() const {
         return screen.frame.containsPointer(pointer);
     });
     return under != screens.end() ? *under : screens.front();
+}
+
+Screens::Observation Screens::observe(std::function<void()> handler) {
+    auto observation = std::make_shared<std::function<void()>>(std::move(handler));
+    m_observers.push_back(observation);
+    return observation;
+}
+
+void Screens::notifyObservers() {
+    std::erase_if(m_observers, [](const auto& observer) { return observer.expired(); });
+    for (const auto& observer : std::vector(m_observers)) {
+        if (const auto handler = observer.lock())
+            (*handler)();
+    }
 }
 
 } // namespace quillet

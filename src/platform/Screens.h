@@ -2,6 +2,8 @@
 
 #include "platform/Geometry.h"
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <QString>
 #include <vector>
@@ -20,6 +22,9 @@ struct Screen {
 /// The connected screens, read anew at each call.
 class Screens {
 public:
+    /// Ends its observation when destroyed.
+    using Observation = std::shared_ptr<void>;
+
     virtual ~Screens() = default;
 
     /// All screens in the system's order, the primary one first. Empty without a display.
@@ -30,6 +35,15 @@ public:
 
     /// The screen that has the user's attention: the one with the pointer, else the primary one.
     std::optional<Screen> main() const;
+
+    /// `handler` runs from the event loop when screens have come, gone, or changed their size.
+    [[nodiscard]] Observation observe(std::function<void()> handler);
+
+protected:
+    void notifyObservers();
+
+private:
+    std::vector<std::weak_ptr<std::function<void()>>> m_observers;
 };
 
 } // namespace quillet

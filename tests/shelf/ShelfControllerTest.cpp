@@ -74,6 +74,27 @@ TEST_F(ShelfControllerTest, itSlidesUpWhereThePointerIsAndFadesOut) {
     EXPECT_TRUE(shelf.controller.isVisible());
 }
 
+TEST_F(ShelfControllerTest, itMovesWhenItsScreenGoesOrChanges) {
+    const Screen laptop = shelf.screens.screens.front();
+    const Screen other{2, u"HDMI-1"_s, {{1440, 100}, {1920, 1080}}, {{1440, 140}, {1920, 1040}}, 1};
+    shelf.screens.change({laptop, other});
+    shelf.screens.pointer = {2000, 500};
+    shelf.controller.show();
+    shelf.screens.pointer = {100, 100};
+    shelf.screens.change({laptop, other});
+    shelf.advance(300);
+    EXPECT_EQ(shelf.panel().frame(), (Rect{{1450, 150}, {1900, 318}}));
+    shelf.screens.change({laptop});
+    EXPECT_EQ(shelf.panel().frame(), (Rect{{10, 10}, {1420, 318}}));
+    EXPECT_TRUE(shelf.panel().isKey());
+
+    shelf.controller.hide();
+    shelf.screens.change({other});
+    shelf.advance(200);
+    EXPECT_TRUE(isOut());
+    EXPECT_EQ(shelf.panel().frame(), (Rect{{10, 10}, {1420, 318}}));
+}
+
 TEST_F(ShelfControllerTest, typingSearchesWhileArrowsSelectAndEscapeClearsThenCloses) {
     press(Qt::Key_Right);
     EXPECT_EQ(shelf.model().selectedItem()->text(), u"https://example.org/b"_s);

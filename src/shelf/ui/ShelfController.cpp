@@ -15,6 +15,18 @@ constexpr auto showDuration = 180ms;
 constexpr auto hideDuration = 120ms;
 constexpr auto pasteDelay = 60ms;
 
+Rect targetOn(const Screen& screen) {
+    const Rect visible = screen.visibleFrame;
+    return {{visible.minX() + margin, visible.minY() + margin},
+            {visible.size.width - 2 * margin, ShelfPanel::height}};
+}
+
+std::optional<Screen> screenWith(const Point& point, const std::vector<Screen>& screens) {
+    const auto found = std::ranges::find_if(
+        screens, [&point](const Screen& screen) { return screen.frame.containsPointer(point); });
+    return found == screens.end() ? std::nullopt : std::optional(*found);
+}
+
 } // namespace
 
 ShelfController::ShelfController(const Services& services, std::function<void()> showSetupGuide)
@@ -26,18 +38,15 @@ ShelfController::ShelfController(const Services& services, std::function<void()>
           m_model, services.view,
           [this](const auto& item, bool plainText) { paste(item, plainText); }, [this] { hide(); }),
       m_panel(services.view.look.panels.make(m_window, m_window.style())),
-      m_animation(services.view.look.scheduler) {
+      m_animation(services.view.look.scheduler),
+      m_screenChanges(services.screens.observe([this] { followScreens(); })) {
     m_window.setContent(m_view);
     m_panel->onResignKey = [this] { hide(); };
 }
 
 std::optional<Screen> ShelfController::screenOfPointer() const {
-    const auto screens = m_services.screens.all();
-    const Point pointer = m_services.screens.mouseLocation();
-    const auto found = std::ranges::find_if(screens, [&pointer](const Screen& screen) {
-        return screen.frame.containsPointer(pointer);
-    });
-    return found == screens.end() ? m_services.screens.main() : std::optional(*found);
+    const auto screen = screenWith(m_services.screens.mouseLocation(), m_services.screens.all());
+    return screen ? screen : m_services.screens.main();
 }
 
 void ShelfController::show() {
@@ -45,18 +54,30 @@ void ShelfController::show() {
     const auto screen = screenOfPointer();
     if (!screen)
         return;
-    const Rect visible = screen->visibleFrame;
-    const Rect target{{visible.minX() + margin, visible.minY() + margin},
-                      {visible.size.width - 2 * margin, ShelfPanel::height}};
-    const auto place = [this, target](double progress) {
+    m_target = targetOn(*screen);
+    const auto place = [this](double progress) {
         const double below = slide * (1 - progress);
-        m_panel->setFrame({{target.minX(), target.minY() - below}, target.size});
+        m_panel->setFrame({{m_target.minX(), m_target.minY() - below}, m_target.size});
         m_panel->setAlpha(progress);
     };
     place(0);
     m_panel->makeKeyAndOrderFront();
     m_animation.start(Motion::easeOut(showDuration), place);
     installKeyMonitor();
+}
+
+/// Stays on its screen as long as there is one.
+void ShelfController::followScreens() {
+    if (!m_keyMonitor)
+        return;
+    const auto own = screenWith({m_target.midX(), m_target.midY()}, m_services.screens.all());
+    const auto screen = own ? own : screenOfPointer();
+    if (!screen || targetOn(*screen) == m_target)
+        return;
+    m_target = targetOn(*screen);
+    m_animation.stop();
+    m_panel->setFrame(m_target);
+    m_panel->setAlpha(1);
 }
 
 void ShelfController::hide() {

@@ -45,6 +45,7 @@ public:
 
 private:
     std::optional<Screen> screenOfPointer() const;
+    void followScreens();
     void installKeyMonitor();
     void removeKeyMonitor() { m_keyMonitor.reset(); }
     bool handle(const ShelfKey& key);
@@ -60,7 +61,9 @@ private:
     ShelfPanel m_window;
     ShelfView m_view;
     std::unique_ptr<Panel> m_panel;
+    Rect m_target; ///< where the panel is at rest
     Animation m_animation;
+    Screens::Observation m_screenChanges;
     std::unique_ptr<KeyMonitor> m_keyMonitor;
     std::deque<std::unique_ptr<Timer>> m_pastes; ///< keystrokes to come, in order
     bool m_showedAccessibilitySetup = false;

@@ -18,7 +18,25 @@ double scaleOf(const QString& name) {
 
 } // namespace
 
-X11Screens::X11Screens(X11Connection& connection) : m_connection(connection) {}
+X11Screens::X11Screens(X11Connection& connection) : m_connection(connection) {
+    // The toolkit has to know of a change first, as it places the windows.
+    const auto notify = [this] { notifyObservers(); };
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &m_context,
+                     [this](const QScreen* screen) { follow(*screen); });
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &m_context, notify,
+                     Qt::QueuedConnection);
+    QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, &m_context, notify,
+                     Qt::QueuedConnection);
+    for (const QScreen* screen : QGuiApplication::screens())
+        follow(*screen);
+}
+
+void X11Screens::follow(const QScreen& screen) {
+    const auto notify = [this] { notifyObservers(); };
+    QObject::connect(&screen, &QScreen::geometryChanged, &m_context, notify, Qt::QueuedConnection);
+    QObject::connect(&screen, &QScreen::availableGeometryChanged, &m_context, notify,
+                     Qt::QueuedConnection);
+}
 
 std::vector<Screen> X11Screens::all() const {
     std::vector<MonitorPixels> found = monitors();
