@@ -15,6 +15,15 @@ using namespace Qt::StringLiterals;
 
 namespace quillet {
 
+namespace {
+
+/// Once what runs now has come back, such as the answer to a verb.
+void quitSoon() {
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+} // namespace
+
 AppDelegate::AppDelegate() = default;
 AppDelegate::~AppDelegate() = default;
 
@@ -22,6 +31,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
                                                                   const QString& dataFolder,
                                                                   const QString& cacheFolder) {
     m_services = std::make_unique<Composition>(std::move(platform));
+    createPermissions();
     registerSoundDefaults();
     if (const auto error = openContainer(dataFolder))
         return u"Failed to create model container: "_s + *error;
@@ -37,6 +47,15 @@ void AppDelegate::applicationWillTerminate() {
         return;
     m_services->platform.pasteboard->handOver();
     m_services.reset();
+}
+
+void AppDelegate::createPermissions() {
+    const Platform& platform = m_services->platform;
+    m_services->permissions = std::make_unique<Permissions>(
+        Permissions::Services{*platform.access, *platform.workspace, *platform.commands,
+                              *platform.scheduler},
+        Permissions::Program{QCoreApplication::applicationFilePath(), quitSoon});
+    Permissions::shared = m_services->permissions.get();
 }
 
 void AppDelegate::registerSoundDefaults() {
@@ -77,7 +96,7 @@ void AppDelegate::createShelf(const QString& cacheFolder) {
                                   *platform.keys,
                                   *platform.access,
                                   m_services->toast},
-        [] { qCWarning(logApp) << "Pasting needs a permission that this desktop does not give"; });
+        [this] { showSetupGuide(); });
 }
 
 void AppDelegate::registerShortcuts() {
@@ -85,6 +104,18 @@ void AppDelegate::registerShortcuts() {
     m_services->hotKeys = std::make_unique<HotKeyCenter>(*platform.preferences, *platform.hotKeys,
                                                          *platform.scheduler);
     m_services->hotKeys->registerAction(HotKeyAction::clipboardShelf, [this] { toggleShelf(); });
+    m_services->snapper = std::make_unique<WindowSnapper>(
+        WindowSnapper::Services{*m_services->permissions, *platform.focusedWindow,
+                                *platform.screens, *platform.workspace},
+        [this] { showSetupGuide(); });
+    for (const SnapPositionRow& row : snapPositions()) {
+        m_services->hotKeys->registerAction(
+            row.action, [this, position = row.position] { m_services->snapper->snap(position); });
+    }
+}
+
+void AppDelegate::showSetupGuide() {
+    qCWarning(logApp) << "This needs a permission that the desktop does not give";
 }
 
 /// For shortcuts that the desktop or another program has.
@@ -137,8 +168,7 @@ VerbResult AppDelegate::carryOut(const Command& command) {
         toggleShelf();
         return VerbResult::done();
     case Verb::quit:
-        // After the answer is out.
-        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        quitSoon();
         return VerbResult::done();
     case Verb::help:
         return VerbResult::done(helpText(command.topic).toUtf8());

@@ -27,6 +27,7 @@ public:
     void run(const Command& command, const std::function<void(VerbResult)>& reply);
 
 private:
+    void createPermissions();
     void registerSoundDefaults();
     std::optional<QString> openContainer(const QString& dataFolder);
     void startClipboard();
@@ -34,6 +35,7 @@ private:
     void registerShortcuts();
     void offerAlternatives();
     void toggleShelf();
+    void showSetupGuide();
 
     VerbResult carryOut(const Command& command);
     QByteArray status() const;

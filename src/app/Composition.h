@@ -7,11 +7,14 @@
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/ClipContainer.h"
 #include "hotkeys/ui/ShortcutBanner.h"
+#include "hotkeys/WindowSnapper.h"
 #include "platform/Platform.h"
+#include "settings/Permissions.h"
 #include "settings/Sounds.h"
 #include "shelf/AppIconStore.h"
 #include "shelf/DragFiles.h"
 #include "shelf/ui/ShelfController.h"
+#include "stats/StatsSampler.h"
 
 #include <memory>
 
@@ -23,6 +26,8 @@ struct Composition {
     explicit Composition(Platform owned) : platform(std::move(owned)) {}
 
     Platform platform;
+    std::unique_ptr<Permissions> permissions;
+    StatsSampler stats{*platform.statistics, *platform.scheduler};
     std::unique_ptr<Sounds> sounds;
     std::unique_ptr<ClipContainer> container;
     std::unique_ptr<ClipboardStore> clipboard;
@@ -33,6 +38,7 @@ struct Composition {
     AppIconStore applications{*platform.workspace};
     std::unique_ptr<DragFiles> dragFiles;
     std::unique_ptr<ShelfController> shelf;
+    std::unique_ptr<WindowSnapper> snapper;
     std::unique_ptr<HotKeyCenter> hotKeys;
     std::unique_ptr<ShortcutAlternatives> alternatives;
     std::unique_ptr<ShortcutBanner> shortcutBanner;
