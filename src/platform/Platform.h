@@ -3,6 +3,7 @@
 #include "platform/Access.h"
 #include "platform/Commands.h"
 #include "platform/FocusedWindow.h"
+#include "platform/HostStatistics.h"
 #include "platform/HotKeyService.h"
 #include "platform/KeySynthesis.h"
 #include "platform/Panels.h"
@@ -34,6 +35,7 @@ struct Platform {
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Commands> commands;
     std::unique_ptr<SoundPlayer> sounds;
+    std::unique_ptr<HostStatistics> statistics;
     std::unique_ptr<Screens> screens;
     std::unique_ptr<Workspace> workspace;
     std::unique_ptr<FocusedWindow> focusedWindow;

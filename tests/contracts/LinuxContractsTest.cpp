@@ -1,10 +1,12 @@
 #include "contracts/CommandsContract.h"
+#include "contracts/HostStatisticsContract.h"
 #include "contracts/PreferencesContract.h"
 #include "contracts/SchedulerContract.h"
 #include "contracts/SoundPlayerContract.h"
 #include "contracts/SpinUntil.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/LinuxScheduler.h"
+#include "platform/linux/proc/ProcHostStatistics.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/linux/sound/PulseSoundPlayer.h"
 
@@ -61,5 +63,17 @@ struct PulseSoundBackend {
     SoundPlayer& player() { return sounds; }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SoundPlayerContract, PulseSoundBackend);
+
+struct ProcHostBackend {
+    ProcHostStatistics host;
+
+    HostStatistics& statistics() { return host; }
+    void work() {
+        using Clock = std::chrono::steady_clock;
+        for (const auto end = Clock::now() + std::chrono::milliseconds(50); Clock::now() < end;) {
+        }
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, HostStatisticsContract, ProcHostBackend);
 
 } // namespace quillet

@@ -1,4 +1,5 @@
 #include "contracts/CommandsContract.h"
+#include "contracts/HostStatisticsContract.h"
 #include "contracts/HotKeysContract.h"
 #include "contracts/PanelsContract.h"
 #include "contracts/PasteboardContract.h"
@@ -60,6 +61,20 @@ struct MemorySoundBackend {
     SoundPlayer& player() { return sounds; }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, SoundPlayerContract, MemorySoundBackend);
+
+struct MemoryHostBackend {
+    MemoryScheduler scheduler;
+    MemoryHostStatistics host{scheduler};
+
+    MemoryHostBackend() { host.interfaces->push_back({.isUp = true}); }
+
+    HostStatistics& statistics() { return host; }
+    void work() {
+        host.ticks->user += 5;
+        scheduler.advance(std::chrono::milliseconds(50));
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HostStatisticsContract, MemoryHostBackend);
 
 struct MemoryPasteboardBackend {
     MemoryPasteboard memory;

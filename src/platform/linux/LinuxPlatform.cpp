@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/LinuxScheduler.h"
+#include "platform/linux/proc/ProcHostStatistics.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/linux/sound/PulseSoundPlayer.h"
 #include "platform/linux/x11/X11Access.h"
@@ -53,6 +54,7 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.preferences = std::make_unique<JsonPreferences>(preferencesFile);
     platform.commands = std::make_unique<ProcessCommands>();
     platform.sounds = std::make_unique<PulseSoundPlayer>();
+    platform.statistics = std::make_unique<ProcHostStatistics>();
     auto screens = std::make_unique<X11Screens>(connection);
     auto workspace = std::make_unique<X11Workspace>(
         connection, DesktopEntries(DesktopEntries::standardFolders()));

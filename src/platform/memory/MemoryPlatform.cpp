@@ -11,6 +11,8 @@ Platform makeMemoryPlatform() {
     platform.preferences = std::make_unique<MemoryPreferences>();
     platform.commands = std::make_unique<MemoryCommands>(*platform.scheduler);
     platform.sounds = std::make_unique<MemorySoundPlayer>(*platform.scheduler);
+    platform.statistics = std::make_unique<MemoryHostStatistics>(
+        static_cast<const MemoryScheduler&>(*platform.scheduler));
     platform.screens = std::make_unique<MemoryScreens>();
     platform.workspace = std::make_unique<MemoryWorkspace>();
     platform.focusedWindow = std::make_unique<MemoryFocusedWindow>(*platform.scheduler);
@@ -28,6 +30,7 @@ MemoryFakes::MemoryFakes(const Platform& platform)
       preferences(static_cast<MemoryPreferences&>(*platform.preferences)),
       commands(static_cast<MemoryCommands&>(*platform.commands)),
       sounds(static_cast<MemorySoundPlayer&>(*platform.sounds)),
+      statistics(static_cast<MemoryHostStatistics&>(*platform.statistics)),
       screens(static_cast<MemoryScreens&>(*platform.screens)),
       workspace(static_cast<MemoryWorkspace&>(*platform.workspace)),
       focusedWindow(static_cast<MemoryFocusedWindow&>(*platform.focusedWindow)),

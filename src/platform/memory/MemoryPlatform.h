@@ -3,6 +3,7 @@
 #include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
 #include "platform/memory/MemoryFocusedWindow.h"
+#include "platform/memory/MemoryHostStatistics.h"
 #include "platform/memory/MemoryHotKeys.h"
 #include "platform/memory/MemoryKeySynthesis.h"
 #include "platform/memory/MemoryPanels.h"
@@ -27,6 +28,7 @@ struct MemoryFakes {
     MemoryPreferences& preferences;
     MemoryCommands& commands;
     MemorySoundPlayer& sounds;
+    MemoryHostStatistics& statistics;
     MemoryScreens& screens;
     MemoryWorkspace& workspace;
     MemoryFocusedWindow& focusedWindow;

@@ -18,8 +18,10 @@ NetworkLinks::NetworkLinks(const fs::path& proc, const fs::path& sys)
 
 std::optional<std::vector<NetworkInterface>> NetworkLinks::read() {
     const auto names = carriers();
-    if (!names)
+    if (!names) {
+        m_links.clear();
         return std::nullopt;
+    }
     std::erase_if(m_links, [&](const auto& entry) { return !names->contains(entry.first); });
     std::vector<NetworkInterface> interfaces;
     for (const std::string& name : *names) {

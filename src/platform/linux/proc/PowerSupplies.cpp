@@ -76,8 +76,10 @@ PowerSupplies::PowerSupplies(const fs::path& sys) : m_folder(sys / "class/power_
 std::optional<std::vector<PowerSource>> PowerSupplies::read() {
     std::error_code error;
     fs::directory_iterator entry(m_folder, error);
-    if (error)
+    if (error) {
+        m_supplies.clear();
         return std::nullopt;
+    }
     std::set<std::string> names;
     for (; entry != fs::directory_iterator(); entry.increment(error))
         names.insert(entry->path().filename());
