@@ -5,6 +5,7 @@
 #include "platform/FocusedWindow.h"
 #include "platform/HostStatistics.h"
 #include "platform/HotKeyService.h"
+#include "platform/KeyboardGrab.h"
 #include "platform/KeySynthesis.h"
 #include "platform/Panels.h"
 #include "platform/Pasteboard.h"
@@ -44,6 +45,7 @@ struct Platform {
     std::unique_ptr<HotKeyService> hotKeys;
     std::unique_ptr<Panels> panels;
     std::unique_ptr<KeySynthesis> keys;
+    std::unique_ptr<KeyboardGrab> keyboard;
 
     /// What works here at this moment and what does not.
     std::function<std::vector<Capability>()> capabilities;

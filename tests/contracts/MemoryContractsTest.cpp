@@ -1,6 +1,7 @@
 #include "contracts/CommandsContract.h"
 #include "contracts/HostStatisticsContract.h"
 #include "contracts/HotKeysContract.h"
+#include "contracts/KeyboardGrabContract.h"
 #include "contracts/PanelsContract.h"
 #include "contracts/PasteboardContract.h"
 #include "contracts/PreferencesContract.h"
@@ -146,6 +147,16 @@ struct MemoryPanelsBackend {
     void clickOutside() { memory.clickOutside(); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PanelsContract, MemoryPanelsBackend);
+
+struct MemoryKeyboardGrabBackend {
+    MemoryKeyboardGrab memory;
+
+    KeyboardGrab& keyboard() { return memory; }
+    void takeElsewhere() { memory.isTakenElsewhere = true; }
+    void giveBackElsewhere() { memory.isTakenElsewhere = false; }
+    bool keysReachPrograms() { return !memory.isHeld(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, KeyboardGrabContract, MemoryKeyboardGrabBackend);
 
 struct MemoryScreensBackend {
     MemoryScreens memory;

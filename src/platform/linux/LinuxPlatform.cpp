@@ -8,6 +8,7 @@
 #include "platform/linux/x11/X11Access.h"
 #include "platform/linux/x11/X11FocusedWindow.h"
 #include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/X11KeyboardGrab.h"
 #include "platform/linux/x11/X11KeySynthesis.h"
 #include "platform/linux/x11/X11Panels.h"
 #include "platform/linux/x11/X11Pasteboard.h"
@@ -87,6 +88,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.workspace = std::move(workspace);
     platform.pasteboard = std::move(pasteboard);
     platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.scheduler);
+    platform.keyboard =
+        std::make_unique<X11KeyboardGrab>(connection, *panels, *platform.scheduler);
     platform.screens = std::move(screens);
     platform.hotKeys = std::move(hotKeys);
     platform.panels = std::move(panels);

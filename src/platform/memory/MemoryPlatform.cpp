@@ -21,6 +21,7 @@ Platform makeMemoryPlatform() {
     platform.hotKeys = std::make_unique<MemoryHotKeys>(*platform.scheduler);
     platform.panels = std::make_unique<MemoryPanels>();
     platform.keys = std::make_unique<MemoryKeySynthesis>();
+    platform.keyboard = std::make_unique<MemoryKeyboardGrab>();
     platform.capabilities = [] { return std::vector<Capability>(); };
     return platform;
 }
@@ -38,6 +39,7 @@ MemoryFakes::MemoryFakes(const Platform& platform)
       access(static_cast<MemoryAccess&>(*platform.access)),
       hotKeys(static_cast<MemoryHotKeys&>(*platform.hotKeys)),
       panels(static_cast<MemoryPanels&>(*platform.panels)),
-      keys(static_cast<MemoryKeySynthesis&>(*platform.keys)) {}
+      keys(static_cast<MemoryKeySynthesis&>(*platform.keys)),
+      keyboard(static_cast<MemoryKeyboardGrab&>(*platform.keyboard)) {}
 
 } // namespace quillet

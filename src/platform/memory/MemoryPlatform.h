@@ -5,6 +5,7 @@
 #include "platform/memory/MemoryFocusedWindow.h"
 #include "platform/memory/MemoryHostStatistics.h"
 #include "platform/memory/MemoryHotKeys.h"
+#include "platform/memory/MemoryKeyboardGrab.h"
 #include "platform/memory/MemoryKeySynthesis.h"
 #include "platform/memory/MemoryPanels.h"
 #include "platform/memory/MemoryPasteboard.h"
@@ -37,6 +38,7 @@ struct MemoryFakes {
     MemoryHotKeys& hotKeys;
     MemoryPanels& panels;
     MemoryKeySynthesis& keys;
+    MemoryKeyboardGrab& keyboard;
 };
 
 } // namespace quillet

@@ -94,6 +94,11 @@ bool X11Panels::isKeyboardBack() const {
     return active != XCB_WINDOW_NONE && (!m_activeAtKey || active == m_activeAtKey);
 }
 
+void X11Panels::resignKey() {
+    if (m_key)
+        m_key->resignKey();
+}
+
 /// Absent where the window manager does not tell.
 std::optional<xcb_window_t> X11Panels::activeWindow() const {
     const auto active =

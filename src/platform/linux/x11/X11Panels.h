@@ -24,6 +24,9 @@ public:
     /// the active one again.
     bool isKeyboardBack() const;
 
+    /// Takes the keyboard away from the panel that has it, as when the user turns elsewhere.
+    void resignKey();
+
 private:
     friend class X11Panel;
 

@@ -1,0 +1,168 @@
+#include "platform/linux/x11/X11KeyboardGrab.h"
+#include "contracts/KeyboardGrabContract.h"
+#include "platform/linux/InputDesktop.h"
+#include "platform/linux/ProcessCommands.h"
+#include "platform/linux/x11/X11Access.h"
+#include "support/XClient.h"
+
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Another program that holds the keyboard.
+class ForeignGrab {
+public:
+    ForeignGrab() : m_client(qgetenv("DISPLAY")) {
+        const XClient::Event grab(reinterpret_cast<xcb_generic_event_t*>(xcb_grab_keyboard_reply(
+            m_client.connection(),
+            xcb_grab_keyboard(m_client.connection(), 0, m_client.root(), XCB_CURRENT_TIME,
+                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+            nullptr)));
+    }
+
+private:
+    XClient m_client;
+};
+
+QString lockLights() {
+    QProcess query;
+    query.start(u"xset"_s, {u"q"_s});
+    query.waitForFinished();
+    static const QRegularExpression light(u"(Caps|Num) Lock: *(on|off)"_s);
+    QStringList lights;
+    for (auto it = light.globalMatch(QString::fromLatin1(query.readAllStandardOutput()));
+         it.hasNext();)
+        lights << it.next().captured(2);
+    return lights.join(u' ');
+}
+
+} // namespace
+
+class X11KeyboardGrabTest : public InputDesktop {
+protected:
+    X11KeyboardGrab keyboard{*connection, panels, scheduler};
+    KeyLog target{*connection};
+
+    /// The keys that came through since the last call, a marker key after them included.
+    QStringList keysUpToMarker() {
+        run(u"xdotool key F12"_s);
+        EXPECT_TRUE(spinUntil([&] { return target.keys().contains(u"release F12 0x0"_s); }));
+        const QStringList seen = target.keys();
+        target.forget();
+        return seen;
+    }
+    const QStringList marker{u"press F12 0x0"_s, u"release F12 0x0"_s};
+};
+
+struct X11KeyboardGrabBackend {
+    LinuxScheduler scheduler;
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    X11RawInput rawInput{*connection};
+    X11Screens screens{*connection};
+    X11Panels panels{*connection, rawInput, screens, scheduler};
+    X11KeyboardGrab x11{*connection, panels, scheduler};
+    KeyLog target{*connection};
+    std::optional<ForeignGrab> other;
+
+    KeyboardGrab& keyboard() { return x11; }
+    void takeElsewhere() { other.emplace(); }
+    void giveBackElsewhere() { other.reset(); }
+    bool keysReachPrograms() {
+        target.forget();
+        run(u"xdotool key a"_s);
+        spinUntil([&] { return target.keys().size() == 2; }, 300ms);
+        return !target.keys().isEmpty();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, KeyboardGrabContract, X11KeyboardGrabBackend);
+
+TEST_F(X11KeyboardGrabTest, shortcutsMediaKeysAndWhatIsTypedAfterAClickReachNobody) {
+    const auto foreign = X11Connection::open();
+    X11RawInput foreignInput(*foreign);
+    X11HotKeys foreignKeys(*foreign, foreignInput, scheduler);
+    int presses = 0;
+    foreignKeys.onPressed = [&](uint32_t) { ++presses; };
+    const auto own = hotKeys.add(9, 0x300, 1);
+    const auto theirs = foreignKeys.add(8, 0x300, 1);
+    ASSERT_TRUE(own && theirs);
+
+    auto hold = keyboard.hold();
+    ASSERT_NE(hold, nullptr);
+    run(u"xdotool key super+shift+v super+shift+c XF86AudioRaiseVolume ctrl+alt+Right Escape"_s);
+    run(u"xdotool mousemove 960 540 click 1"_s);
+    run(u"xdotool type --delay 1 secret"_s);
+    spinFor(100ms);
+    EXPECT_EQ(presses + static_cast<int>(pressed.size()), 0);
+    hold.reset();
+    EXPECT_EQ(keysUpToMarker(), marker);
+    run(u"xdotool key super+shift+v super+shift+c"_s);
+    EXPECT_TRUE(spinUntil([&] { return presses == 1 && pressed.size() == 1; }));
+}
+
+TEST_F(X11KeyboardGrabTest, locksAreAsBeforeAndAHalfPressedKeyReachesNobody) {
+    const QString before = lockLights();
+    auto hold = keyboard.hold();
+    ASSERT_NE(hold, nullptr);
+    run(u"xdotool key Caps_Lock Num_Lock"_s);
+    EXPECT_NE(lockLights(), before);
+    run(u"xdotool keydown a"_s);
+    hold.reset();
+    spinFor(700ms); // long enough for the key to repeat
+    EXPECT_TRUE(target.keys().isEmpty());
+    run(u"xdotool keyup a"_s);
+    EXPECT_TRUE(spinUntil([&] { return lockLights() == before; }));
+    EXPECT_EQ(keysUpToMarker(), marker);
+
+    run(u"xdotool keydown b"_s);
+    hold = keyboard.hold();
+    hold.reset();
+    hold = keyboard.hold();
+    EXPECT_NE(hold, nullptr) << "held again before the keys were up";
+    run(u"xdotool keyup b"_s);
+}
+
+TEST_F(X11KeyboardGrabTest, thePanelWithTheKeyboardResignsIt) {
+    QWidget content;
+    auto* search = new QLineEdit;
+    (new QVBoxLayout(&content))->addWidget(search);
+    const auto panel = panels.make(content, {101, true, false, 0, 0});
+    int resigned = 0;
+    panel->onResignKey = [&] { ++resigned; };
+    panel->setFrame({{200, 300}, {400, 120}});
+    panel->makeKeyAndOrderFront();
+    spinFor(50ms);
+    const auto hold = keyboard.hold();
+    EXPECT_NE(hold, nullptr);
+    EXPECT_EQ(resigned, 1);
+}
+
+TEST(X11AccessTest, whatTheServerLacksIsMissingWithItsCause) {
+    ProcessCommands commands;
+    const auto whole = X11Connection::open();
+    const X11Access granted(*whole, commands);
+    for (const Access::Kind kind : {Access::Kind::screenRecording, Access::Kind::accessibility}) {
+        EXPECT_TRUE(granted.isGranted(kind));
+        EXPECT_EQ(granted.cause(kind), QString());
+    }
+    const ProcessHandle server(new QProcess);
+    server->start(u"Xvfb"_s, u"-displayfd 1 -nolisten tcp -extension XTEST"_s.split(u' '));
+    ASSERT_TRUE(server->waitForReadyRead());
+    const QByteArray own = qgetenv("DISPLAY");
+    qputenv("DISPLAY", ':' + server->readAllStandardOutput().trimmed());
+    const auto connection = X11Connection::open();
+    qputenv("DISPLAY", own);
+    ASSERT_NE(connection, nullptr);
+    const X11Access access(*connection, commands);
+    EXPECT_FALSE(access.isGranted(Access::Kind::accessibility));
+    EXPECT_EQ(access.cause(Access::Kind::accessibility),
+              u"The X server lacks the XTest extension."_s);
+    EXPECT_TRUE(access.isGranted(Access::Kind::screenRecording));
+}
+
+} // namespace quillet
