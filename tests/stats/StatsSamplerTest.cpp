@@ -57,13 +57,6 @@ TEST_F(StatsSamplerTest, samplesAreTakenOnlyWhileSomebodyIsAttached) {
     EXPECT_TRUE(scheduler.isIdle()) << "nothing is left that could wake the machine";
 }
 
-TEST_F(StatsSamplerTest, whoIsToldOfASampleMayDetach) {
-    sampler.attach(menu);
-    sampler.onTick = [this] { sampler.detach(menu); };
-    nextSample();
-    EXPECT_TRUE(scheduler.isIdle());
-}
-
 TEST_F(StatsSamplerTest, theFirstSampleMeasuresNoRatesButCountsInTheHistories) {
     host.ticks = CPUTicks{10, 10, 10, 10};
     link().received = 1000;
