@@ -13,4 +13,9 @@ void FigureTable::add(const std::string& name, double figure, double limit,
     std::fflush(stdout);
 }
 
+void FigureTable::note(const std::string& name, double figure, const std::string& unit) {
+    std::printf("%-52s %10.2f                  %s\n", name.c_str(), figure, unit.c_str());
+    std::fflush(stdout);
+}
+
 } // namespace quillet

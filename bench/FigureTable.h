@@ -10,6 +10,9 @@ class FigureTable {
 public:
     void add(const std::string& name, double figure, double limit, const std::string& unit);
 
+    /// A figure without a limit, to understand the others by.
+    void note(const std::string& name, double figure, const std::string& unit);
+
     /// A figure that is a list of faults, and has to be empty.
     void addFaults(const std::string& name, int faults) { add(name, faults, 0, "faults"); }
 

@@ -1,8 +1,7 @@
 #include "clipboard/ClipboardPreferences.h"
 #include "FigureTable.h"
-#include "imaging/Png.h"
+#include "LargeHistory.h"
 #include "support/SamplePictures.h"
-#include "support/World.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -18,29 +17,6 @@ using namespace std::chrono_literals;
 namespace {
 
 FigureTable figures;
-
-/// A history of 2,000 items, 500 of them images.
-class LargeHistory {
-public:
-    LargeHistory() {
-        world.preferences.set(ClipboardPreferences::maxItems, 100'000);
-        QImage image(320, 200, QImage::Format_RGB32);
-        for (int number = 0; number < 2000; ++number) {
-            if (number % 4 == 0) {
-                image.fill(QColor::fromRgb(QRgb(number)));
-                world.copy({{PasteboardType::png, encodePng(image)}});
-            } else {
-                world.copy(text(number));
-            }
-        }
-    }
-
-    static QString text(int number) {
-        return u"The text of copy %1, about as long as one usually is. "_s.arg(number).repeated(4);
-    }
-
-    World world;
-};
 
 double milliseconds(std::clock_t ticks) {
     return double(ticks) * 1000 / CLOCKS_PER_SEC;
@@ -64,7 +40,7 @@ double median(std::vector<double> values) {
 }
 
 void addTextClip(benchmark::State& state) {
-    LargeHistory history;
+    LargeHistory history(smallPng());
     World& world = history.world;
     // The second time at the limit, where each new clip removes an old one.
     const bool isFull = state.range(0) == 1;
@@ -91,7 +67,7 @@ void addTextClip(benchmark::State& state) {
 BENCHMARK(addTextClip)->Arg(0)->Arg(1)->Iterations(200)->UseManualTime();
 
 void openHistory(benchmark::State& state) {
-    LargeHistory history;
+    LargeHistory history(smallPng());
     std::vector<double> durations;
     for ([[maybe_unused]] auto _ : state) {
         history.world.quit();

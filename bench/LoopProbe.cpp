@@ -1,0 +1,121 @@
+#include "LoopProbe.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+#include <xcb/xcbext.h>
+
+// Stands between a program and the functions by which it waits: for events, and for replies of the
+// X server, on whatever connection and in whatever library.
+
+namespace {
+
+using quillet::LoopRecord;
+
+LoopRecord* openRecord() {
+    const char* path = std::getenv(LoopRecord::variable);
+    unsetenv("LD_PRELOAD"); // programs started from here are not measured
+    const int file = path ? open(path, O_RDWR | O_CLOEXEC) : -1;
+    if (file < 0)
+        std::abort();
+    void* memory = mmap(nullptr, sizeof(LoopRecord), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    close(file);
+    if (memory == MAP_FAILED)
+        std::abort();
+    return static_cast<LoopRecord*>(memory);
+}
+
+LoopRecord& record() {
+    static LoopRecord* const opened = openRecord();
+    return *opened;
+}
+
+template<typename Function>
+Function* original(Function*, const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+bool isMainThread() {
+    static thread_local const bool isMain = gettid() == getpid();
+    return isMain;
+}
+
+double milliseconds(clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+double turnBegin = 0;
+double turnBeginProcessor = 0;
+
+void endTurn() {
+    if (turnBegin == 0)
+        return;
+    LoopRecord& seen = record();
+    seen.turn[seen.turns % seen.turn.size()] = {
+        static_cast<float>(milliseconds(CLOCK_MONOTONIC) - turnBegin),
+        static_cast<float>(milliseconds(CLOCK_THREAD_CPUTIME_ID) - turnBeginProcessor)};
+    ++seen.turns;
+}
+
+void beginTurn() {
+    turnBegin = milliseconds(CLOCK_MONOTONIC);
+    turnBeginProcessor = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+}
+
+} // namespace
+
+extern "C" {
+
+int poll(pollfd* files, nfds_t count, int timeout) {
+    static const auto real = original(&poll, "poll");
+    // One file alone is an X connection that waits for a reply, in the middle of a turn.
+    const bool endsTurn = isMainThread() && count > 1 && timeout != 0;
+    if (endsTurn)
+        endTurn();
+    const int ready = real(files, count, timeout);
+    if (endsTurn)
+        beginTurn();
+    return ready;
+}
+
+void* xcb_wait_for_reply(xcb_connection_t* connection, unsigned int request,
+                         xcb_generic_error_t** error) {
+    static const auto real = original(&xcb_wait_for_reply, "xcb_wait_for_reply");
+    if (!isMainThread())
+        return real(connection, request, error);
+    ++record().replies;
+    void* reply = nullptr;
+    if (xcb_poll_for_reply(connection, request, &reply, error))
+        return reply;
+    ++record().waits;
+    return real(connection, request, error);
+}
+
+void* xcb_wait_for_reply64(xcb_connection_t* connection, uint64_t request,
+                           xcb_generic_error_t** error) {
+    static const auto real = original(&xcb_wait_for_reply64, "xcb_wait_for_reply64");
+    if (!isMainThread())
+        return real(connection, request, error);
+    ++record().replies;
+    void* reply = nullptr;
+    if (xcb_poll_for_reply64(connection, request, &reply, error))
+        return reply;
+    ++record().waits;
+    return real(connection, request, error);
+}
+
+xcb_generic_error_t* xcb_request_check(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
+    static const auto real = original(&xcb_request_check, "xcb_request_check");
+    ++record().replies;
+    ++record().waits;
+    return real(connection, cookie);
+}
+
+} // extern "C"

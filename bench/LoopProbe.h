@@ -1,0 +1,27 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+namespace quillet {
+
+/// What the probe, preloaded into a program, has seen of its main thread; in a file that the
+/// program and whoever measures it both have in memory.
+struct LoopRecord {
+    /// Names that file to the probe.
+    static constexpr auto variable = "QUILLET_LOOP_RECORD";
+
+    /// A turn of the event loop: from when it wakes up until it has nothing left to do.
+    struct Turn {
+        float wall; ///< milliseconds
+        float processor;
+    };
+
+    std::atomic<uint32_t> replies; ///< of the X server, one for each request that wanted one
+    std::atomic<uint32_t> waits;   ///< of these, those that had not come yet when they were needed
+    std::atomic<uint32_t> turns;
+    std::array<Turn, 1 << 16> turn; ///< the last so many; number n is at n modulo the size
+};
+
+} // namespace quillet
