@@ -1,14 +1,20 @@
 // A Qt program as the other side of the clipboard:
 //   client set text|image|files   the content from standard input; owns it until it is ended
 //   client get text|image|files   the content to standard output; an image as PNG
+//   client edit                   a text editor; its state as a line of JSON at every change
 #include <cstdio>
+#include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QUrl>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -45,9 +51,27 @@ QByteArray contentOf(const QClipboard& clipboard, const QString& what) {
     return paths.join('\n');
 }
 
+int edit(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QPlainTextEdit editor;
+    editor.setWindowTitle(u"Editor"_s);
+    const auto report = [&editor] {
+        const QJsonObject state{{u"text"_s, editor.toPlainText()},
+                                {u"active"_s, editor.isActiveWindow()}};
+        std::puts(QJsonDocument(state).toJson(QJsonDocument::Compact).constData());
+        std::fflush(stdout);
+    };
+    QObject::connect(&editor, &QPlainTextEdit::textChanged, report);
+    QObject::connect(&application, &QGuiApplication::focusWindowChanged, report);
+    editor.show();
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && QByteArrayView(argv[1]) == "edit")
+        return edit(argc, argv);
     QGuiApplication application(argc, argv);
     const QStringList arguments = application.arguments();
     if (arguments.size() != 3)

@@ -1,0 +1,127 @@
+#include "desktop/ShelfDesktop.h"
+
+#include <QFile>
+
+namespace quillet {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class ShelfLoopDesktop : public ShelfDesktop {
+protected:
+    void SetUp() override {
+        ShelfDesktop::SetUp();
+        ASSERT_TRUE(quillet.start());
+        fillHistory({"alpha one", "alpha two", "beta"});
+    }
+
+    static bool becomes(Editor& editor, const QString& text) {
+        return eventually([&] { return editor.text() == text; });
+    }
+};
+
+TEST_F(ShelfLoopDesktop, whatIsChosenIsPastedWhereTheUserIsWorking) {
+    Editor editor(session());
+    ActiveWindowLog active(display());
+    openShelf();
+    press(u"type ALPHA"_s);
+    press(u"key Right Return"_s);
+    EXPECT_TRUE(becomes(editor, u"alpha one"_s));
+    EXPECT_TRUE(isShelfGone());
+    EXPECT_FALSE(isKeyboardGrabbed());
+
+    openShelf();
+    press(u"type x"_s);
+    press(u"key Escape"_s);
+    press(u"key ctrl+2"_s); // the search is gone, the shelf is not
+    EXPECT_TRUE(becomes(editor, u"alpha onebeta"_s));
+
+    openShelf();
+    press(u"key Escape"_s);
+    EXPECT_TRUE(isShelfGone());
+    press(u"key exclam"_s);
+    EXPECT_TRUE(becomes(editor, u"alpha onebeta!"_s)) << "Escape pasted something";
+    EXPECT_EQ(active.writes(), 0);
+}
+
+TEST_F(ShelfLoopDesktop, modifiersThatAreHeldNeitherLeakNorStick) {
+    Editor editor(session());
+    openShelf();
+    press(u"keydown ctrl keydown alt key 1"_s);
+    EXPECT_TRUE(isShelfGone());
+    press(u"keyup ctrl keyup alt"_s);
+    EXPECT_TRUE(becomes(editor, u"beta"_s));
+
+    openShelf();
+    press(u"keydown shift key Return"_s); // and held until after the paste
+    EXPECT_TRUE(becomes(editor, u"betabeta"_s));
+    press(u"keyup shift"_s);
+    press(u"key x"_s);
+    EXPECT_TRUE(becomes(editor, u"betabetax"_s));
+}
+
+TEST_F(ShelfLoopDesktop, itPastesInEveryKeyboardLayout) {
+    struct Layout {
+        QStringList setxkbmap;
+        QString keyOfV;
+        bool isSecond;
+    };
+    for (const Layout& layout :
+         {Layout{{u"dvorak"_s}, u"60"_s, false}, Layout{{u"ru"_s}, u"55"_s, false},
+          Layout{{u"us,ru"_s, u"-option"_s, u"grp:menu_toggle"_s}, u"55"_s, true}}) {
+        session().run(u"setxkbmap"_s, layout.setxkbmap);
+        if (layout.isSecond)
+            press(u"key 135"_s);
+        openShelf(layout.keyOfV); // the first presses may come before the shortcut has moved
+        press(u"key Escape"_s);
+        EXPECT_TRUE(isShelfGone());
+        Editor editor(session());
+        openShelf(layout.keyOfV);
+        press(u"key Return"_s);
+        EXPECT_TRUE(becomes(editor, u"beta"_s)) << layout.setxkbmap.first().toStdString();
+    }
+    session().run(u"setxkbmap"_s, {u"us"_s, u"-option"_s});
+}
+
+TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
+    const QString received = session().home() + u"/received"_s;
+    const auto terminal = session().start(
+        u"xterm"_s,
+        {u"-xrm"_s,
+         u"*VT100.translations: #override Ctrl Shift <Key>V: insert-selection(CLIPBOARD)"_s,
+         u"-e"_s, u"sh"_s, u"-c"_s, u"stty raw -echo; cat > "_s + received});
+    const auto content = [&] {
+        QFile file(received);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none yet");
+    };
+    ASSERT_TRUE(eventually([&] { return content().isEmpty(); }));
+    XClient client(display());
+    ASSERT_TRUE(eventually([&] {
+        const auto active = client.property(client.root(), client.atom("_NET_ACTIVE_WINDOW")).bytes;
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::memcpy(&window, active.constData(), std::min<size_t>(sizeof window, active.size()));
+        return client.property(window, XCB_ATOM_WM_CLASS).bytes.startsWith("xterm");
+    }));
+    openShelf();
+    press(u"key Return"_s);
+    EXPECT_TRUE(eventually([&] { return content() == "beta"; })) << content().constData();
+}
+
+TEST_F(ShelfLoopDesktop, itWorksOnceAnotherProgramLetsGoOfTheKeyboard) {
+    Editor editor(session());
+    XClient other(display());
+    xcb_grab_keyboard(other.connection(), 0, other.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                      XCB_GRAB_MODE_ASYNC);
+    other.serverTime();
+    ASSERT_EQ(quillet.verb({u"shelf"_s, u"show"_s}).exitCode, 0);
+    EXPECT_TRUE(eventually([] { return windowNamed("Quillet Shelf").has_value(); }));
+    xcb_ungrab_keyboard(other.connection(), XCB_CURRENT_TIME);
+    other.serverTime();
+    EXPECT_TRUE(eventually([] { return isKeyboardGrabbed(); }));
+    press(u"key Return"_s);
+    EXPECT_TRUE(becomes(editor, u"beta"_s));
+}
+
+} // namespace
+} // namespace quillet
