@@ -3,6 +3,8 @@
 #include "app/ClipVerbs.h"
 #include "app/Identity.h"
 #include "app/Logging.h"
+#include "app/look/Animation.h"
+#include "app/StatsListing.h"
 #include "clipboard/ThumbnailCache.h"
 
 #include <algorithm>
@@ -31,6 +33,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
                                                                   const QString& dataFolder,
                                                                   const QString& cacheFolder) {
     m_services = std::make_unique<Composition>(std::move(platform));
+    followDesktop();
     createPermissions();
     registerSoundDefaults();
     if (const auto error = openContainer(dataFolder))
@@ -47,6 +50,16 @@ void AppDelegate::applicationWillTerminate() {
         return;
     m_services->platform.pasteboard->handOver();
     m_services.reset();
+}
+
+void AppDelegate::followDesktop() {
+    const auto follow = [this] {
+        const DesktopSettings& desktop = *m_services->platform.desktop;
+        m_services->theme.setAppearance(desktop.isDark() ? Appearance::dark : Appearance::light);
+        Animation::setMotionReduced(desktop.isMotionReduced());
+    };
+    follow();
+    m_services->desktopChanges = m_services->platform.desktop->observe(follow);
 }
 
 void AppDelegate::createPermissions() {
@@ -134,7 +147,9 @@ void AppDelegate::toggleShelf() {
     shelf.isVisible() ? shelf.hide() : shelf.show();
 }
 
-void AppDelegate::run(const Command& command, const std::function<void(VerbResult)>& reply) {
+void AppDelegate::run(const Command& command, const Reply& reply) {
+    if (command.verb == Verb::stats)
+        return reportStats(command, reply);
     VerbResult result = carryOut(command);
     if (!result.slowOutput)
         return reply(std::move(result));
@@ -167,6 +182,10 @@ VerbResult AppDelegate::carryOut(const Command& command) {
     case Verb::shelfToggle:
         toggleShelf();
         return VerbResult::done();
+    case Verb::snap:
+        return snap(command.choice);
+    case Verb::stats:
+        break; // answered later
     case Verb::quit:
         quitSoon();
         return VerbResult::done();
@@ -176,6 +195,24 @@ VerbResult AppDelegate::carryOut(const Command& command) {
         return VerbResult::done(Identity::versionLine());
     }
     return {};
+}
+
+VerbResult AppDelegate::snap(const QString& where) {
+    WindowSnapper& snapper = *m_services->snapper;
+    bool moves = false;
+    if (const auto position = snapPosition(where))
+        moves = snapper.snap(*position);
+    else
+        moves = where == u"restore"_s ? snapper.restore() : snapper.moveToNextDisplay();
+    return moves ? VerbResult::done() : VerbResult::failed(u"there is no window to move"_s);
+}
+
+void AppDelegate::reportStats(const Command& command, const Reply& reply) {
+    m_services->statsReporter.measure([command, reply](const StatsSampler& stats) {
+        reply(VerbResult::done(command.json    ? statsAsJson(stats)
+                               : command.watch ? statsAsLine(stats)
+                                               : statsAsTable(stats)));
+    });
 }
 
 QByteArray AppDelegate::status() const {

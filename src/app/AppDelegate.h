@@ -13,6 +13,8 @@ namespace quillet {
 /// the process's start, which also hands it the verbs of other processes.
 class AppDelegate {
 public:
+    using Reply = std::function<void(VerbResult)>;
+
     AppDelegate();
     ~AppDelegate();
 
@@ -24,9 +26,10 @@ public:
 
     /// Carries out a verb that concerns the running program. `reply` is called once, inside the
     /// call or, where the output takes its time, later.
-    void run(const Command& command, const std::function<void(VerbResult)>& reply);
+    void run(const Command& command, const Reply& reply);
 
 private:
+    void followDesktop();
     void createPermissions();
     void registerSoundDefaults();
     std::optional<QString> openContainer(const QString& dataFolder);
@@ -38,6 +41,8 @@ private:
     void showSetupGuide();
 
     VerbResult carryOut(const Command& command);
+    VerbResult snap(const QString& where);
+    void reportStats(const Command& command, const Reply& reply);
     QByteArray status() const;
 
     std::unique_ptr<Composition> m_services;

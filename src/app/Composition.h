@@ -14,7 +14,7 @@
 #include "shelf/AppIconStore.h"
 #include "shelf/DragFiles.h"
 #include "shelf/ui/ShelfController.h"
-#include "stats/StatsSampler.h"
+#include "stats/StatsReporter.h"
 
 #include <memory>
 
@@ -28,6 +28,7 @@ struct Composition {
     Platform platform;
     std::unique_ptr<Permissions> permissions;
     StatsSampler stats{*platform.statistics, *platform.scheduler};
+    StatsReporter statsReporter{*platform.statistics, *platform.scheduler};
     std::unique_ptr<Sounds> sounds;
     std::unique_ptr<ClipContainer> container;
     std::unique_ptr<ClipboardStore> clipboard;
@@ -42,6 +43,7 @@ struct Composition {
     std::unique_ptr<HotKeyCenter> hotKeys;
     std::unique_ptr<ShortcutAlternatives> alternatives;
     std::unique_ptr<ShortcutBanner> shortcutBanner;
+    DesktopSettings::Observation desktopChanges;
 };
 
 } // namespace quillet

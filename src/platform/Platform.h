@@ -2,6 +2,7 @@
 
 #include "platform/Access.h"
 #include "platform/Commands.h"
+#include "platform/DesktopSettings.h"
 #include "platform/FocusedWindow.h"
 #include "platform/HostStatistics.h"
 #include "platform/HotKeyService.h"
@@ -35,6 +36,7 @@ struct Platform {
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<Preferences> preferences;
     std::unique_ptr<Commands> commands;
+    std::unique_ptr<DesktopSettings> desktop;
     std::unique_ptr<SoundPlayer> sounds;
     std::unique_ptr<HostStatistics> statistics;
     std::unique_ptr<Screens> screens;

@@ -10,12 +10,6 @@ void Preferences::remove(const QString& name) {
     finishWrite();
 }
 
-Preferences::Observation Preferences::observe(std::function<void()> handler) {
-    Observation observation = std::make_shared<char>();
-    m_observers.push_back({observation, std::move(handler)});
-    return observation;
-}
-
 QVariant Preferences::object(const QString& name) const {
     const auto stored = m_stored.find(name);
     const bool isThere = stored != m_stored.end() && stored->typeId() != QMetaType::Nullptr;
@@ -38,13 +32,7 @@ void Preferences::setObject(const QString& name, const QVariant& value) {
 
 void Preferences::finishWrite() {
     persist(m_stored);
-    const auto ended = [](const Observer& observer) { return observer.observation.expired(); };
-    std::erase_if(m_observers, ended);
-    const auto observers = m_observers; // a handler may write, observe or let go
-    for (const Observer& observer : observers) {
-        if (!ended(observer))
-            observer.handler();
-    }
+    m_observers.notify();
 }
 
 } // namespace quillet

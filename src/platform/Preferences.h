@@ -1,11 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <memory>
+#include "platform/Observers.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <vector>
 
 namespace quillet {
 
@@ -27,7 +26,7 @@ struct PreferenceKey {
 class Preferences {
 public:
     /// Ends its observation when destroyed.
-    using Observation = std::shared_ptr<void>;
+    using Observation = Observers::Observation;
 
     virtual ~Preferences() = default;
 
@@ -58,7 +57,9 @@ public:
     void remove(const QString& name);
 
     /// `handler` runs after every write or removal, also one that changed nothing.
-    [[nodiscard]] Observation observe(std::function<void()> handler);
+    [[nodiscard]] Observation observe(std::function<void()> handler) {
+        return m_observers.add(std::move(handler));
+    }
 
 protected:
     /// Makes the whole of the stored values permanent.
@@ -72,14 +73,9 @@ private:
     void setObject(const QString& name, const QVariant& value);
     void finishWrite();
 
-    struct Observer {
-        std::weak_ptr<void> observation;
-        std::function<void()> handler;
-    };
-
     QVariantMap m_defaults;
     QVariantMap m_stored;
-    std::vector<Observer> m_observers;
+    Observers m_observers;
 };
 
 } // namespace quillet

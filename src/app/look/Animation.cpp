@@ -55,6 +55,8 @@ Motion Motion::spring(Duration response, double damping) {
 
 void Animation::start(Motion motion, Step step, std::function<void()> done) {
     m_motion = std::move(motion);
+    if (isMotionReduced)
+        m_motion.duration = 0ms;
     m_step = std::move(step);
     m_done = std::move(done);
     m_elapsed = 0ms;

@@ -21,10 +21,14 @@ struct Motion {
 };
 
 /// One value on its way, at sixty steps a second while it moves and at no cost otherwise. Starting
-/// anew replaces what runs; destroying it stops without a further call.
+/// anew replaces what runs; destroying it stops without a further call. For a user who wants less
+/// motion it gets there in one step.
 class Animation {
 public:
     using Step = std::function<void(double progress)>;
+
+    /// For every animation that starts from now on. For app/ alone.
+    static void setMotionReduced(bool reduced) { isMotionReduced = reduced; }
 
     explicit Animation(Scheduler& scheduler) : m_scheduler(scheduler) {}
 
@@ -37,6 +41,8 @@ public:
     bool isRunning() const { return m_timer != nullptr; }
 
 private:
+    static inline bool isMotionReduced = false;
+
     void tick();
 
     Scheduler& m_scheduler;

@@ -1,5 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
+#include "platform/linux/dbus/Buses.h"
+#include "platform/linux/dbus/LinuxDesktopSettings.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/LinuxScheduler.h"
 #include "platform/linux/proc/ProcHostStatistics.h"
@@ -54,6 +56,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.scheduler = std::make_unique<LinuxScheduler>();
     platform.preferences = std::make_unique<JsonPreferences>(preferencesFile);
     platform.commands = std::make_unique<ProcessCommands>();
+    const Buses buses = Buses::standard();
+    platform.desktop = std::make_unique<LinuxDesktopSettings>(buses.session, *platform.commands);
     platform.sounds = std::make_unique<PulseSoundPlayer>();
     platform.statistics = std::make_unique<ProcHostStatistics>();
     auto screens = std::make_unique<X11Screens>(connection);
@@ -68,7 +72,11 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
         std::make_unique<X11HotKeys>(connection, foundation->rawInput, *platform.scheduler);
     platform.access = std::make_unique<X11Access>(connection, *platform.commands);
     platform.capabilities = [&workspace = *workspace, &pasteboard = *pasteboard,
-                             &access = *platform.access, &panels = *panels, &hotKeys = *hotKeys] {
+                             &access = *platform.access, &panels = *panels, &hotKeys = *hotKeys,
+                             &desktop = *platform.desktop] {
+        const auto setting = [&desktop](const QString& name, DesktopSettings::FileManagerKey key) {
+            return capability(name, desktop.cause(key).isEmpty(), desktop.cause(key));
+        };
         const auto permission = [&access](const QString& name, Access::Kind kind) {
             return capability(name, access.isGranted(kind), access.cause(kind));
         };
@@ -76,10 +84,12 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
             capability(u"clipboard"_s, true, {}),
             capability(u"clipboardManager"_s, pasteboard.isClipboardManager(),
                        u"Another program keeps the clipboard of programs that quit."_s),
+            setting(u"desktopIcons"_s, DesktopSettings::FileManagerKey::createDesktop),
             capability(u"frontmostApplication"_s, workspace.knowsFrontmost(),
                        u"The window manager does not tell which window is active."_s),
             capability(u"globalShortcuts"_s, hotKeys.isAvailable(),
                        u"The X server lacks the keyboard extension."_s),
+            setting(u"hiddenFiles"_s, DesktopSettings::FileManagerKey::showAllFiles),
             permission(u"keyboardLock"_s, Access::Kind::accessibility),
             permission(u"paste"_s, Access::Kind::accessibility),
             permission(u"screenRecording"_s, Access::Kind::screenRecording),
@@ -88,8 +98,7 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.workspace = std::move(workspace);
     platform.pasteboard = std::move(pasteboard);
     platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.scheduler);
-    platform.keyboard =
-        std::make_unique<X11KeyboardGrab>(connection, *panels, *platform.scheduler);
+    platform.keyboard = std::make_unique<X11KeyboardGrab>(connection, *panels, *platform.scheduler);
     platform.screens = std::move(screens);
     platform.hotKeys = std::move(hotKeys);
     platform.panels = std::move(panels);

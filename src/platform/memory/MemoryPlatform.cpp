@@ -10,6 +10,7 @@ Platform makeMemoryPlatform() {
     platform.scheduler = std::make_unique<MemoryScheduler>();
     platform.preferences = std::make_unique<MemoryPreferences>();
     platform.commands = std::make_unique<MemoryCommands>(*platform.scheduler);
+    platform.desktop = std::make_unique<MemoryDesktopSettings>();
     platform.sounds = std::make_unique<MemorySoundPlayer>(*platform.scheduler);
     platform.statistics = std::make_unique<MemoryHostStatistics>(
         static_cast<const MemoryScheduler&>(*platform.scheduler));
@@ -30,6 +31,7 @@ MemoryFakes::MemoryFakes(const Platform& platform)
     : scheduler(static_cast<MemoryScheduler&>(*platform.scheduler)),
       preferences(static_cast<MemoryPreferences&>(*platform.preferences)),
       commands(static_cast<MemoryCommands&>(*platform.commands)),
+      desktop(static_cast<MemoryDesktopSettings&>(*platform.desktop)),
       sounds(static_cast<MemorySoundPlayer&>(*platform.sounds)),
       statistics(static_cast<MemoryHostStatistics&>(*platform.statistics)),
       screens(static_cast<MemoryScreens&>(*platform.screens)),

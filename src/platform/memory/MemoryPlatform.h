@@ -2,6 +2,7 @@
 
 #include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryDesktopSettings.h"
 #include "platform/memory/MemoryFocusedWindow.h"
 #include "platform/memory/MemoryHostStatistics.h"
 #include "platform/memory/MemoryHotKeys.h"
@@ -28,6 +29,7 @@ struct MemoryFakes {
     MemoryScheduler& scheduler;
     MemoryPreferences& preferences;
     MemoryCommands& commands;
+    MemoryDesktopSettings& desktop;
     MemorySoundPlayer& sounds;
     MemoryHostStatistics& statistics;
     MemoryScreens& screens;

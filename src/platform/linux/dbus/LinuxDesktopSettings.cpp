@@ -1,0 +1,232 @@
+#include "platform/linux/dbus/LinuxDesktopSettings.h"
+
+#include "platform/linux/SettingsProgram.h"
+
+#include <QDir>
+#include <QLoggingCategory>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+Q_LOGGING_CATEGORY(logDesktop, "quillet.desktop", QtWarningMsg)
+
+namespace {
+
+const SettingsPortal::Name colorScheme{u"org.freedesktop.appearance"_s, u"color-scheme"_s};
+const SettingsPortal::Name reducedMotion{u"org.freedesktop.appearance"_s, u"reduced-motion"_s};
+const SettingsPortal::Name animations{u"org.gnome.desktop.interface"_s, u"enable-animations"_s};
+const SettingsPortal::Name theme{u"org.gnome.desktop.interface"_s, u"gtk-theme"_s};
+
+enum ColorScheme { preferDark = 1, preferLight = 2 };
+
+bool isOn(const DesktopSwitch& place, const CommandResult& reading) {
+    const QRegularExpression on(QRegularExpression::anchoredPattern(place.isOn));
+    return reading.exitCode == 0 &&
+           on.match(QString::fromUtf8(reading.output).trimmed()).hasMatch();
+}
+
+bool isThere(const DesktopSwitch& place, const CommandResult& reading) {
+    return reading.exitCode == 0 || (place.mayBeUnset && reading.exitCode > 0);
+}
+
+/// Some programs put a text between quotes.
+QString themeName(const CommandResult& reading) {
+    QString name = QString::fromUtf8(reading.output).trimmed();
+    if (name.startsWith(u'\'') && name.endsWith(u'\'') && name.size() > 1)
+        name = name.mid(1, name.size() - 2);
+    return name;
+}
+
+} // namespace
+
+LinuxDesktopSettings::Surroundings LinuxDesktopSettings::Surroundings::standard() {
+    QStringList themeFolders{QDir::homePath() + u"/.themes"_s};
+    for (const QString& folder :
+         QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+        themeFolders.append(folder + u"/themes"_s);
+    return {qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation), themeFolders};
+}
+
+LinuxDesktopSettings::LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
+                                           Surroundings surroundings)
+    : m_commands(commands),
+      m_surroundings(std::move(surroundings)),
+      m_desktop(desktopNamed(m_surroundings.currentDesktop)),
+      m_fileManager{{{m_desktop.icons, m_desktop.whyNoIcons},
+                     {m_desktop.hiddenFiles, m_desktop.whyNoHiddenFiles}}},
+      m_portal(session) {
+    m_portal.onChanged = [this](const auto& name, const QVariant& value) { note(name, value); };
+    m_portal.onAppeared = [this] { readPortal(); };
+    readPortal();
+    readFileManager(FileManagerKey::createDesktop);
+    readFileManager(FileManagerKey::showAllFiles);
+}
+
+void LinuxDesktopSettings::readPortal() {
+    m_portal.read(colorScheme, [this](const std::optional<QVariant>& value) {
+        note(colorScheme, value.value_or(QVariant()));
+    });
+    m_portal.read(reducedMotion, [this](const std::optional<QVariant>& value) {
+        if (value)
+            note(reducedMotion, *value);
+    });
+    m_portal.read(animations, [this](const std::optional<QVariant>& value) {
+        if (value)
+            return note(animations, *value);
+        run(u"gsettings get org.gnome.desktop.interface enable-animations"_s,
+            [this](const CommandResult& reading) {
+                note(animations, reading.output.trimmed() != "false");
+            });
+    });
+}
+
+void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant& value) {
+    if (name == reducedMotion) {
+        assign(m_prefersLessMotion, value.toUInt() == 1);
+    } else if (name == animations) {
+        assign(m_animationsAreOff, !value.toBool());
+    } else if (name == colorScheme) {
+        const uint scheme = value.toUInt();
+        if (scheme == preferDark || scheme == preferLight)
+            noteDark(scheme == preferDark);
+        else
+            readDarkFromPrograms([this](bool dark) { noteDark(dark); });
+    } else if (name == theme) {
+        readPortal();
+    }
+}
+
+void LinuxDesktopSettings::readDarkFromPrograms(std::function<void(bool dark)> done) {
+    const auto dark = std::make_shared<bool>(false);
+    for (const DesktopSwitch& place : m_desktop.dark)
+        run(place.read, [dark, place](const auto& reading) { *dark |= isOn(place, reading); });
+    run(m_desktop.themes.front().read, [dark, done = std::move(done)](const auto& reading) {
+        done(*dark || isDarkTheme(themeName(reading)));
+    });
+}
+
+void LinuxDesktopSettings::toggleDark(Completion completion) {
+    const bool dark = !m_isDark;
+    const auto succeeded = std::make_shared<bool>(false);
+    for (const DesktopSwitch& place : m_desktop.dark)
+        run(dark ? place.setOn : place.setOff,
+            [succeeded](const CommandResult& end) { *succeeded |= end.exitCode == 0; });
+    for (const DesktopTheme& used : m_desktop.themes)
+        setTheme(used, dark);
+    readDarkFromPrograms([this, succeeded, completion = std::move(completion)](bool isDark) {
+        --m_toggles;
+        noteDark(isDark);
+        completion(*succeeded);
+    });
+    ++m_toggles;
+    assign(m_isDark, dark);
+}
+
+/// While toggles are under way, what is read is passing.
+void LinuxDesktopSettings::noteDark(bool dark) {
+    if (m_toggles == 0)
+        assign(m_isDark, dark);
+}
+
+void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark) {
+    run(used.read, [this, used, dark](const CommandResult& reading) {
+        const QString name = themeName(reading);
+        const QString wanted = themeFor(dark, name, m_surroundings.themeFolders);
+        if (reading.exitCode == 0 && wanted != name)
+            m_waiting.push_front({words(used.set) << wanted, {}});
+    });
+}
+
+void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
+    struct Found {
+        std::vector<DesktopSwitch> places;
+        std::optional<bool> value;
+        std::size_t unread;
+    };
+    const auto found = std::make_shared<Found>(Found{{}, {}, setting(key).places.size()});
+    for (const DesktopSwitch& place : setting(key).places) {
+        run(place.read, [this, key, place, found](const CommandResult& reading) {
+            if (isThere(place, reading))
+                found->places.push_back(place);
+            if (reading.exitCode == 0 && !found->value)
+                found->value = isOn(place, reading);
+            if (--found->unread > 0)
+                return;
+            FileManagerSetting& read = setting(key);
+            read.places = found->places;
+            if (read.places.empty() && read.whyNot.isEmpty())
+                read.whyNot = u"This desktop's setting for it is not installed."_s;
+            if (!read.isSet)
+                read.value = found->value;
+            notify();
+        });
+    }
+}
+
+QVariant LinuxDesktopSettings::fileManagerValue(FileManagerKey key) const {
+    const std::optional<bool> value = setting(key).value;
+    return value ? QVariant(*value) : QVariant();
+}
+
+void LinuxDesktopSettings::setFileManagerValue(FileManagerKey key, bool value) {
+    FileManagerSetting& changed = setting(key);
+    changed.value = value;
+    changed.isSet = true;
+    // File managers follow by themselves, if only in their next window. Nothing that they would
+    // have to be restarted for is worth the windows that are open.
+    struct Tally {
+        std::size_t running;
+        bool succeeded = false;
+    };
+    const auto tally = std::make_shared<Tally>(Tally{changed.places.size()});
+    for (const DesktopSwitch& place : changed.places) {
+        run(value ? place.setOn : place.setOff, [tally](const CommandResult& end) {
+            tally->succeeded |= end.exitCode == 0;
+            if (--tally->running == 0 && !tally->succeeded)
+                qCWarning(logDesktop, "the file manager's setting could not be stored");
+        });
+    }
+}
+
+void LinuxDesktopSettings::openSettings() {
+    const auto program = settingsProgram(m_surroundings.currentDesktop);
+    if (!program || !m_commands.launch(*program, {}))
+        qCWarning(logDesktop, "this desktop has no settings program that is known here");
+}
+
+QStringList LinuxDesktopSettings::words(const QString& commandLine) const {
+    return commandLine.split(u' ').replaceInStrings(u"$DATA"_s, m_surroundings.dataFolder);
+}
+
+void LinuxDesktopSettings::run(const QString& commandLine, Done done) {
+    m_waiting.push_back({words(commandLine), std::move(done)});
+    runNext();
+}
+
+void LinuxDesktopSettings::runNext() {
+    if (m_isRunning || m_waiting.empty())
+        return;
+    m_isRunning = true;
+    const Call next = m_waiting.front();
+    m_waiting.pop_front();
+    m_commands.run(next.words.first(), next.words.mid(1),
+                   m_alive([this, done = next.done](const CommandResult& result) {
+                       m_isRunning = false;
+                       if (done)
+                           done(result);
+                       runNext();
+                   }));
+}
+
+void LinuxDesktopSettings::assign(bool& field, bool value) {
+    if (field == value)
+        return;
+    field = value;
+    notify();
+}
+
+} // namespace quillet

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/Alive.h"
+#include "platform/Commands.h"
+#include "platform/DesktopSettings.h"
+#include "platform/linux/dbus/DesktopTable.h"
+#include "platform/linux/dbus/SettingsPortal.h"
+
+#include <array>
+#include <deque>
+#include <optional>
+
+namespace quillet {
+
+/// The settings of a Linux desktop. What all programs are to follow comes from the desktop's portal
+/// or, where that does not know, from the desktop's own programs. These also read and write the
+/// rest, one after the other in the background; the desktop's table says how they are called.
+class LinuxDesktopSettings : public DesktopSettings {
+public:
+    struct Surroundings {
+        QString currentDesktop; ///< XDG_CURRENT_DESKTOP
+        QString dataFolder;
+        QStringList themeFolders;
+
+        static Surroundings standard();
+    };
+
+    LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
+                         Surroundings surroundings = Surroundings::standard());
+
+    bool isDark() const override { return m_isDark; }
+    bool isMotionReduced() const override { return m_prefersLessMotion || m_animationsAreOff; }
+    void toggleDark(Completion completion) override;
+    QVariant fileManagerValue(FileManagerKey key) const override;
+    void setFileManagerValue(FileManagerKey key, bool value) override;
+    QString cause(FileManagerKey key) const override { return setting(key).whyNot; }
+    void openSettings() override;
+
+private:
+    struct FileManagerSetting {
+        std::vector<DesktopSwitch> places; ///< those that may be there
+        QString whyNot;
+        std::optional<bool> value{};
+        bool isSet = false; ///< from here; what a reading then says comes too late
+    };
+    using Done = std::function<void(const CommandResult&)>;
+
+    const FileManagerSetting& setting(FileManagerKey key) const {
+        return m_fileManager[std::size_t(key)];
+    }
+    FileManagerSetting& setting(FileManagerKey key) { return m_fileManager[std::size_t(key)]; }
+
+    void readPortal();
+    void note(const SettingsPortal::Name& name, const QVariant& value);
+    void readDarkFromPrograms(std::function<void(bool dark)> done);
+    void noteDark(bool dark);
+    void readFileManager(FileManagerKey key);
+    void setTheme(const DesktopTheme& theme, bool dark);
+
+    /// Runs a program after those that wait. `done` may be absent.
+    void run(const QString& commandLine, Done done);
+    void runNext();
+    QStringList words(const QString& commandLine) const;
+    void assign(bool& field, bool value);
+
+    struct Call {
+        QStringList words;
+        Done done;
+    };
+
+    Commands& m_commands;
+    Surroundings m_surroundings;
+    Desktop m_desktop;
+    std::array<FileManagerSetting, 2> m_fileManager;
+    bool m_isDark = false;
+    bool m_prefersLessMotion = false;
+    bool m_animationsAreOff = false;
+    int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
+    SettingsPortal m_portal;
+    std::deque<Call> m_waiting;
+    bool m_isRunning = false;
+    Alive m_alive;
+};
+
+} // namespace quillet
