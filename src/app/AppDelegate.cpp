@@ -204,7 +204,11 @@ VerbResult AppDelegate::snap(const QString& where) {
         moves = snapper.snap(*position);
     else
         moves = where == u"restore"_s ? snapper.restore() : snapper.moveToNextDisplay();
-    return moves ? VerbResult::done() : VerbResult::failed(u"there is no window to move"_s);
+    if (moves)
+        return VerbResult::done();
+    return VerbResult::failed(where == u"next-display"_s
+                                  ? u"there is no window to move, or no other display"_s
+                                  : u"there is no window to move"_s);
 }
 
 void AppDelegate::reportStats(const Command& command, const Reply& reply) {

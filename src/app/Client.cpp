@@ -23,6 +23,7 @@ namespace {
 constexpr auto startDeadline = 10s;
 constexpr auto endDeadline = 10s;
 constexpr auto pause = 20ms;
+constexpr auto watchPause = 1s;      // and a second in which the answer is measured
 constexpr int replyTimeout = 30'000; // milliseconds; many very long clips take some seconds
 
 void sleep() {
@@ -38,7 +39,11 @@ int Client::run(const Command& command, const QStringList& arguments) {
     const auto door = reach(leave ? WhenAbsent::leave : WhenAbsent::start);
     if (!door)
         return reportAbsence(command);
-    const int code = forward(*door, arguments);
+    int code = forward(*door, arguments);
+    while (command.watch && code == int(ExitCode::done)) {
+        QThread::usleep(std::chrono::microseconds(watchPause).count());
+        code = forward(*door, arguments);
+    }
     if (command.verb == Verb::quit && !awaitEnd(*door)) {
         printError(u"Quillet is taking its time to end"_s);
         return int(ExitCode::failed);

@@ -11,8 +11,8 @@ namespace quillet {
 
 namespace {
 
-enum Option : unsigned { none = 0, json = 1, limit = 2, plain = 4, keepPinned = 8 };
-enum class Operand { none, clip };
+enum Option : unsigned { none = 0, json = 1, limit = 2, plain = 4, keepPinned = 8, watch = 16 };
+enum class Operand { none, clip, choice, choiceOrNone };
 
 struct Row {
     Verb verb;
@@ -20,7 +20,8 @@ struct Row {
     Operand operand;
     unsigned options;
     QString synopsis;
-    QString help; ///< empty: not for people
+    QString help;          ///< empty: not for people
+    QStringList choices{}; ///< the words that may stand as the operand
 };
 
 const QList<Row>& rows() {
@@ -85,6 +86,20 @@ const QList<Row>& rows() {
          none,
          u"shelf"_s,
          u"open it, or close it where it is open"_s},
+        {Verb::snap,
+         {u"snap"_s},
+         Operand::choice,
+         none,
+         u"snap left|right|top|bottom|maximize|center|restore|next-display"_s,
+         u"move and size the active window"_s,
+         {u"left"_s, u"right"_s, u"top"_s, u"bottom"_s, u"maximize"_s, u"center"_s, u"restore"_s,
+          u"next-display"_s}},
+        {Verb::stats,
+         {u"stats"_s},
+         Operand::none,
+         json | watch,
+         u"stats [--json] [--watch]"_s,
+         u"show processor, memory, network and battery"_s},
         {Verb::quit, {u"quit"_s}, Operand::none, none, u"quit"_s, u"end the running Quillet"_s},
         {Verb::version,
          {u"--version"_s},
@@ -151,6 +166,8 @@ public:
         }
         if (m_error.isEmpty() && m_row.operand == Operand::clip && !m_command.clip)
             m_error = u"\"%1\" needs the number or the id of a clip"_s.arg(name());
+        if (m_error.isEmpty() && m_row.operand == Operand::choice && m_command.choice.isEmpty())
+            m_error = u"\"%1\" needs one of: %2"_s.arg(name(), m_row.choices.join(u", "_s));
         if (!m_error.isEmpty())
             return UsageError{m_error};
         return m_command;
@@ -167,6 +184,8 @@ private:
             m_command.plain = true;
         else if (word == u"--keep-pinned"_s && accepts(keepPinned))
             m_command.keepPinned = true;
+        else if (word == u"--watch"_s && accepts(watch))
+            m_command.watch = true;
         else if (word == u"--limit"_s && accepts(limit))
             readLimit(m_words.isEmpty() ? QString() : m_words.takeFirst());
         else if (word.startsWith(u"--limit="_s) && accepts(limit))
@@ -182,13 +201,22 @@ private:
     }
 
     void readOperand(const QString& word) {
-        if (m_row.operand == Operand::none || m_command.clip) {
+        if (m_row.operand == Operand::none || m_command.clip || !m_command.choice.isEmpty()) {
             m_error = u"\"%1\" has no use for \"%2\""_s.arg(name(), printable(word));
             return;
         }
+        if (!m_row.choices.isEmpty())
+            return readChoice(word);
         m_command.clip = clipReference(word);
         if (!m_command.clip)
             m_error = u"\"%1\" is neither the number nor the id of a clip"_s.arg(printable(word));
+    }
+
+    void readChoice(const QString& word) {
+        if (m_row.choices.contains(word))
+            m_command.choice = word;
+        else
+            m_error = u"\"%1\" needs one of: %2"_s.arg(name(), m_row.choices.join(u", "_s));
     }
 
     const Row& m_row;
@@ -196,6 +224,14 @@ private:
     Command m_command;
     QString m_error;
 };
+
+/// What is too long for its column has a line of its own.
+QString helpLine(const QString& synopsis, const QString& help) {
+    constexpr int column = 35;
+    const QString line = u"  quillet %1%2%3\n"_s;
+    const QString gap = synopsis.size() < column ? QString() : u'\n' + QString(column + 10, u' ');
+    return line.arg(synopsis, -column).arg(gap, help);
+}
 
 } // namespace
 
@@ -221,15 +257,13 @@ std::variant<Command, UsageError> parseCommandLine(const QStringList& arguments)
 }
 
 QString helpText(const QString& topic) {
-    const QString line = u"  quillet %1%2\n"_s;
-    constexpr int column = -34;
     QString text;
     if (topic.isEmpty())
-        text = u"Quillet keeps the history of your clipboard.\n\n"_s +
-               line.arg(QString(), column).arg(u"start, and stay"_s);
+        text = u"Quillet keeps the history of your clipboard, and more tools at hand.\n\n"_s +
+               helpLine({}, u"start, and stay"_s);
     for (const Row& row : rows()) {
         if (!row.help.isEmpty() && (topic.isEmpty() || row.words.first() == topic))
-            text += line.arg(row.synopsis, column).arg(row.help);
+            text += helpLine(row.synopsis, row.help);
     }
     return text +
            u"\nN counts from 1, newest first; ID is the id that \"clip list --json\" shows.\n"

@@ -20,6 +20,8 @@ enum class Verb {
     shelfShow,
     shelfHide,
     shelfToggle,
+    snap,
+    stats,
     quit,
     help,
     version
@@ -33,9 +35,11 @@ struct Command {
     Verb verb = Verb::start;
     std::optional<ClipReference> clip{};
     std::optional<int> limit{};
+    QString choice{}; ///< one of the words that the verb offers; empty where it may be left out
     bool json = false;
     bool plain = false;
     bool keepPinned = false;
+    bool watch = false;
     QString topic{}; ///< of help: the first word of the verbs to explain; empty for all
     bool operator==(const Command&) const = default;
 };

@@ -129,6 +129,8 @@ int run(int argc, char** argv) {
     case Verb::shelfShow:
     case Verb::shelfHide:
     case Verb::shelfToggle:
+    case Verb::snap:
+    case Verb::stats:
     case Verb::quit:
         return runVerb(command, arguments, argc, argv);
     }

@@ -37,6 +37,8 @@ TEST(CommandLine, eachVerbIsReadWithItsOptions) {
         {"clip pin {0F8FAD5B-D9CB-469F-A165-70867728950E}", {.verb = Verb::clipPin, .clip = byId}},
         {"clip delete 2", {.verb = Verb::clipDelete, .clip = 2}},
         {"clip clear --keep-pinned", {.verb = Verb::clipClear, .keepPinned = true}},
+        {"snap next-display", {.verb = Verb::snap, .choice = u"next-display"_s}},
+        {"stats --watch --json", {.verb = Verb::stats, .json = true, .watch = true}},
     };
     for (const auto& [line, expected] : table) {
         const auto parsed = parseCommandLine(words(line.c_str()));
@@ -57,6 +59,8 @@ TEST(CommandLine, whatIsNotUnderstoodIsNamedInOneLine) {
         {"clip list --limit 0", "whole number from 1"},
         {"clip list --limit=+3", "whole number from 1"},
         {"clip list --limit 99999999999", "whole number from 1"},
+        {"snap", R"("snap" needs one of: left, right)"},
+        {"snap west", R"("snap" needs one of: left, right)"},
         {"clip copy", "needs the number or the id"},
         {"clip copy 0", "neither the number nor the id"},
         {"clip copy -1", R"(no option "-1")"},
