@@ -145,6 +145,9 @@ TEST_F(StatsSamplerTest, aTotalThatFellLeavesBothRatesAndTheNextSampleMeasuresFr
     nextSample();
     EXPECT_EQ(sampler.downBytesPerSec(), 200);
     EXPECT_EQ(sampler.upBytesPerSec(), 0);
+    link() = {.isUp = true, .received = 9000, .sent = 100};
+    nextSample();
+    EXPECT_EQ(sampler.downBytesPerSec(), 200);
 }
 
 TEST_F(StatsSamplerTest, afterAPauseOrSleepTheFirstValuesAreAveragesOverIt) {
