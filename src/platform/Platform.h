@@ -10,6 +10,7 @@
 #include "platform/KeySynthesis.h"
 #include "platform/Panels.h"
 #include "platform/Pasteboard.h"
+#include "platform/Power.h"
 #include "platform/Preferences.h"
 #include "platform/Scheduler.h"
 #include "platform/Screens.h"
@@ -48,6 +49,7 @@ struct Platform {
     std::unique_ptr<Panels> panels;
     std::unique_ptr<KeySynthesis> keys;
     std::unique_ptr<KeyboardGrab> keyboard;
+    std::unique_ptr<Power> power;
 
     /// What works here at this moment and what does not.
     std::function<std::vector<Capability>()> capabilities;

@@ -23,6 +23,7 @@ Platform makeMemoryPlatform() {
     platform.panels = std::make_unique<MemoryPanels>();
     platform.keys = std::make_unique<MemoryKeySynthesis>();
     platform.keyboard = std::make_unique<MemoryKeyboardGrab>();
+    platform.power = std::make_unique<MemoryPower>();
     platform.capabilities = [] { return std::vector<Capability>(); };
     return platform;
 }
@@ -42,6 +43,7 @@ MemoryFakes::MemoryFakes(const Platform& platform)
       hotKeys(static_cast<MemoryHotKeys&>(*platform.hotKeys)),
       panels(static_cast<MemoryPanels&>(*platform.panels)),
       keys(static_cast<MemoryKeySynthesis&>(*platform.keys)),
-      keyboard(static_cast<MemoryKeyboardGrab&>(*platform.keyboard)) {}
+      keyboard(static_cast<MemoryKeyboardGrab&>(*platform.keyboard)),
+      power(static_cast<MemoryPower&>(*platform.power)) {}
 
 } // namespace quillet

@@ -10,6 +10,7 @@
 #include "platform/memory/MemoryKeySynthesis.h"
 #include "platform/memory/MemoryPanels.h"
 #include "platform/memory/MemoryPasteboard.h"
+#include "platform/memory/MemoryPower.h"
 #include "platform/memory/MemoryPreferences.h"
 #include "platform/memory/MemoryScheduler.h"
 #include "platform/memory/MemoryScreens.h"
@@ -41,6 +42,7 @@ struct MemoryFakes {
     MemoryPanels& panels;
     MemoryKeySynthesis& keys;
     MemoryKeyboardGrab& keyboard;
+    MemoryPower& power;
 };
 
 } // namespace quillet
