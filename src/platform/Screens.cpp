@@ -4,15 +4,19 @@
 
 namespace quillet {
 
+std::optional<Screen> screenWith(Point point, const std::vector<Screen>& screens) {
+    const auto found = std::ranges::find_if(
+        screens, [&](const Screen& screen) { return screen.frame.containsPointer(point); });
+    return found == screens.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<Screen> screenOfPointer(Point pointer, const std::vector<Screen>& screens) {
+    const auto found = screenWith(pointer, screens);
+    return found || screens.empty() ? found : std::optional(screens.front());
+}
+
 std::optional<Screen> Screens::main() const {
-    const std::vector<Screen> screens = all();
-    if (screens.empty())
-        return std::nullopt;
-    const Point pointer = mouseLocation();
-    const auto under = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
-        return screen.frame.containsPointer(pointer);
-    });
-    return under != screens.end() ? *under : screens.front();
+    return screenOfPointer(mouseLocation(), all());
 }
 
 Screens::Observation Screens::observe(std::function<void()> handler) {

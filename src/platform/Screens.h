@@ -19,6 +19,12 @@ struct Screen {
     bool operator==(const Screen&) const = default;
 };
 
+/// The first screen that holds a point.
+std::optional<Screen> screenWith(Point point, const std::vector<Screen>& screens);
+
+/// The screen of a pointer there: the one that holds it, else the first.
+std::optional<Screen> screenOfPointer(Point pointer, const std::vector<Screen>& screens);
+
 /// The connected screens, read anew at each call.
 class Screens {
 public:
@@ -34,7 +40,7 @@ public:
     virtual Point mouseLocation() const = 0;
 
     /// The screen that has the user's attention: the one with the pointer, else the primary one.
-    std::optional<Screen> main() const;
+    virtual std::optional<Screen> main() const;
 
     /// `handler` runs from the event loop when screens have come, gone, or changed their size.
     [[nodiscard]] Observation observe(std::function<void()> handler);

@@ -21,12 +21,6 @@ Rect targetOn(const Screen& screen) {
             {visible.size.width - 2 * margin, ShelfPanel::height}};
 }
 
-std::optional<Screen> screenWith(const Point& point, const std::vector<Screen>& screens) {
-    const auto found = std::ranges::find_if(
-        screens, [&point](const Screen& screen) { return screen.frame.containsPointer(point); });
-    return found == screens.end() ? std::nullopt : std::optional(*found);
-}
-
 } // namespace
 
 ShelfController::ShelfController(const Services& services, std::function<void()> showSetupGuide)
@@ -44,14 +38,9 @@ ShelfController::ShelfController(const Services& services, std::function<void()>
     m_panel->onResignKey = [this] { hide(); };
 }
 
-std::optional<Screen> ShelfController::screenOfPointer() const {
-    const auto screen = screenWith(m_services.screens.mouseLocation(), m_services.screens.all());
-    return screen ? screen : m_services.screens.main();
-}
-
 void ShelfController::show() {
     m_model.resetForShow();
-    const auto screen = screenOfPointer();
+    const auto screen = m_services.screens.main();
     if (!screen)
         return;
     m_target = targetOn(*screen);
@@ -71,7 +60,7 @@ void ShelfController::followScreens() {
     if (!m_keyMonitor)
         return;
     const auto own = screenWith({m_target.midX(), m_target.midY()}, m_services.screens.all());
-    const auto screen = own ? own : screenOfPointer();
+    const auto screen = own ? own : m_services.screens.main();
     if (!screen || targetOn(*screen) == m_target)
         return;
     m_target = targetOn(*screen);

@@ -44,7 +44,6 @@ public:
     ShelfPanel& window() { return m_window; }
 
 private:
-    std::optional<Screen> screenOfPointer() const;
     void followScreens();
     void installKeyMonitor();
     void removeKeyMonitor() { m_keyMonitor.reset(); }

@@ -60,7 +60,7 @@ void X11Panel::setFrame(const Rect& frame) {
     m_frame = frame;
     const QSize before = m_content.size();
     m_content.setGeometry(rounded(
-        m_panels.m_screens.geometry().topLeft(frame.inset(-m_style.margin, -m_style.margin))));
+        m_panels.m_screens.lastGeometry().topLeft(frame.inset(-m_style.margin, -m_style.margin))));
     if (m_content.size() != before)
         applyShape();
 }

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11Screens.h"
 
+#include <algorithm>
 #include <QGuiApplication>
 #include <QScreen>
 #include <xcb/randr.h>
@@ -7,6 +8,8 @@
 namespace quillet {
 
 namespace {
+
+constexpr uint32_t mostClients = 1024;
 
 double scaleOf(const QString& name) {
     for (const QScreen* screen : QGuiApplication::screens()) {
@@ -16,11 +19,74 @@ double scaleOf(const QString& name) {
     return qGuiApp->devicePixelRatio();
 }
 
+std::vector<uint32_t> valuesOf(xcb_connection_t* xcb, xcb_get_property_cookie_t asked) {
+    const XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb, asked, nullptr));
+    if (!reply || reply->format != 32)
+        return {};
+    const auto* first = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + reply->value_len};
+}
+
+Point pointerIn(const ScreenGeometry& monitors, xcb_connection_t* xcb,
+                xcb_query_pointer_cookie_t asked) {
+    const XcbOwned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(xcb, asked, nullptr));
+    return pointer ? monitors.pointAt(pointer->root_x, pointer->root_y) : Point{};
+}
+
+/// What is asked of windows about the space that they reserve.
+class StrutQuestions {
+public:
+    StrutQuestions(const X11Connection& connection, const std::vector<xcb_window_t>& windows)
+        : m_xcb(connection.xcb()) {
+        const auto ask = [&](xcb_window_t window, const QByteArray& name, uint32_t count) {
+            return xcb_get_property(m_xcb, 0, window, connection.atom(name), XCB_ATOM_CARDINAL, 0,
+                                    count);
+        };
+        for (const xcb_window_t window : windows)
+            m_asked.push_back({window, ask(window, "_NET_WM_STRUT_PARTIAL", 12),
+                               ask(window, "_NET_WM_STRUT", 4)});
+    }
+
+    /// The answers of those windows that are still there.
+    std::vector<Strut> answers(const std::vector<xcb_window_t>& present, int rootWidth,
+                               int rootHeight) const {
+        std::vector<Strut> struts;
+        for (const Asked& asked : m_asked) {
+            auto v = valuesOf(m_xcb, asked.partial);
+            const auto whole = valuesOf(m_xcb, asked.whole);
+            if (std::ranges::find(present, asked.window) == present.end())
+                continue;
+            if (v.size() != 12) {
+                if (whole.size() != 4)
+                    continue;
+                const auto width = static_cast<uint32_t>(rootWidth - 1);
+                const auto height = static_cast<uint32_t>(rootHeight - 1);
+                v = whole;
+                v.insert(v.end(), {0, height, 0, height, 0, width, 0, width});
+            }
+            const auto at = [&v](size_t i) { return static_cast<int>(v[i]); };
+            struts.push_back({at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7), at(8), at(9),
+                              at(10), at(11)});
+        }
+        return struts;
+    }
+
+private:
+    struct Asked {
+        xcb_window_t window;
+        xcb_get_property_cookie_t partial;
+        xcb_get_property_cookie_t whole;
+    };
+
+    xcb_connection_t* m_xcb;
+    std::vector<Asked> m_asked;
+};
+
 } // namespace
 
 X11Screens::X11Screens(X11Connection& connection) : m_connection(connection) {
     // The toolkit has to know of a change first, as it places the windows.
-    const auto notify = [this] { notifyObservers(); };
+    const auto notify = [this] { screensChanged(); };
     QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &m_context,
                      [this](const QScreen* screen) { follow(*screen); });
     QObject::connect(qGuiApp, &QGuiApplication::screenAdded, &m_context, notify,
@@ -32,27 +98,38 @@ X11Screens::X11Screens(X11Connection& connection) : m_connection(connection) {
 }
 
 void X11Screens::follow(const QScreen& screen) {
-    const auto notify = [this] { notifyObservers(); };
+    const auto notify = [this] { screensChanged(); };
     QObject::connect(&screen, &QScreen::geometryChanged, &m_context, notify, Qt::QueuedConnection);
     QObject::connect(&screen, &QScreen::availableGeometryChanged, &m_context, notify,
                      Qt::QueuedConnection);
 }
 
+void X11Screens::screensChanged() {
+    m_last.reset();
+    notifyObservers();
+}
+
 std::vector<Screen> X11Screens::all() const {
-    std::vector<MonitorPixels> found = monitors();
-    takeOutStruts(found);
-    return ScreenGeometry(std::move(found)).screens();
+    return geometryWithWorkAreas().screens();
 }
 
 Point X11Screens::mouseLocation() const {
-    const XcbOwned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
-        m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr));
-    if (!pointer)
-        return {};
-    return ScreenGeometry(monitors()).pointAt(pointer->root_x, pointer->root_y);
+    const auto asked = xcb_query_pointer(m_connection.xcb(), m_connection.root());
+    const ScreenGeometry monitors = geometry();
+    return pointerIn(monitors, m_connection.xcb(), asked);
 }
 
-std::vector<MonitorPixels> X11Screens::monitors() const {
+std::optional<Screen> X11Screens::main() const {
+    const auto asked = xcb_query_pointer(m_connection.xcb(), m_connection.root());
+    const ScreenGeometry monitors = geometryWithWorkAreas();
+    return screenOfPointer(pointerIn(monitors, m_connection.xcb(), asked), monitors.screens());
+}
+
+ScreenGeometry X11Screens::lastGeometry() const {
+    return m_last ? ScreenGeometry(*m_last) : geometry();
+}
+
+X11Screens::Monitors X11Screens::monitors() const {
     xcb_connection_t* xcb = m_connection.xcb();
     const auto geometryAsked = xcb_get_geometry(xcb, m_connection.root());
     const XcbOwned<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
@@ -61,7 +138,7 @@ std::vector<MonitorPixels> X11Screens::monitors() const {
         xcb_get_geometry_reply(xcb, geometryAsked, nullptr));
     if (!root)
         return {};
-    std::vector<MonitorPixels> monitors;
+    Monitors monitors{{}, root->width, root->height};
     if (reply) {
         for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem > 0;
              xcb_randr_monitor_info_next(&it)) {
@@ -73,44 +150,39 @@ std::vector<MonitorPixels> X11Screens::monitors() const {
             monitor.height = it.data->height;
             monitor.isPrimary = it.data->primary;
             monitor.scale = scaleOf(monitor.name);
-            monitors.push_back(monitor);
+            monitors.list.push_back(monitor);
         }
     }
-    if (monitors.empty()) {
+    if (monitors.list.empty()) {
         MonitorPixels whole;
         whole.width = root->width;
         whole.height = root->height;
         whole.scale = qGuiApp->devicePixelRatio();
-        monitors.push_back(whole);
+        monitors.list.push_back(whole);
     }
+    m_last = monitors.list;
     return monitors;
 }
 
-void X11Screens::takeOutStruts(std::vector<MonitorPixels>& monitors) const {
-    const XcbOwned<xcb_get_geometry_reply_t> root(xcb_get_geometry_reply(
-        m_connection.xcb(), xcb_get_geometry(m_connection.xcb(), m_connection.root()), nullptr));
-    if (!root)
-        return;
-    std::vector<Strut> struts;
-    const auto clients = m_connection.values(
-        m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW);
-    for (const xcb_window_t client : clients) {
-        auto v = m_connection.values(client, m_connection.atom("_NET_WM_STRUT_PARTIAL"),
-                                     XCB_ATOM_CARDINAL, 12);
-        if (v.size() != 12) {
-            v = m_connection.values(client, m_connection.atom("_NET_WM_STRUT"), XCB_ATOM_CARDINAL,
-                                    4);
-            if (v.size() != 4)
-                continue;
-            const auto width = static_cast<uint32_t>(root->width - 1);
-            const auto height = static_cast<uint32_t>(root->height - 1);
-            v.insert(v.end(), {0, height, 0, height, 0, width, 0, width});
-        }
-        const auto at = [&v](size_t i) { return static_cast<int>(v[i]); };
-        struts.push_back(
-            {at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7), at(8), at(9), at(10), at(11)});
-    }
-    applyStruts(monitors, struts, root->width, root->height);
+ScreenGeometry X11Screens::geometryWithWorkAreas() const {
+    // The windows of last time are asked together with which windows there are, so that only new
+    // ones take another round trip.
+    const auto clientsAsked =
+        xcb_get_property(m_connection.xcb(), 0, m_connection.root(),
+                         m_connection.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, mostClients);
+    const StrutQuestions known(m_connection, m_clients);
+    Monitors found = monitors();
+    const auto before = std::exchange(m_clients, valuesOf(m_connection.xcb(), clientsAsked));
+    std::vector<xcb_window_t> fresh;
+    std::ranges::copy_if(m_clients, std::back_inserter(fresh), [&before](xcb_window_t window) {
+        return std::ranges::find(before, window) == before.end();
+    });
+    const StrutQuestions added(m_connection, fresh);
+    std::vector<Strut> struts = known.answers(m_clients, found.rootWidth, found.rootHeight);
+    std::ranges::copy(added.answers(m_clients, found.rootWidth, found.rootHeight),
+                      std::back_inserter(struts));
+    applyStruts(found.list, struts, found.rootWidth, found.rootHeight);
+    return ScreenGeometry(std::move(found.list));
 }
 
 } // namespace quillet

@@ -7,23 +7,37 @@ class QScreen;
 
 namespace quillet {
 
-/// Monitors by RandR 1.5, their work areas by the panels' struts, their scale by the toolkit.
+/// Monitors by RandR 1.5, their work areas by the panels' struts, their scale by the toolkit. As
+/// much as possible is asked at once: somebody waits for what is to be placed.
 class X11Screens : public Screens {
 public:
     explicit X11Screens(X11Connection& connection);
 
     std::vector<Screen> all() const override;
     Point mouseLocation() const override;
+    std::optional<Screen> main() const override;
 
     /// Where the monitors are, without their work areas.
-    ScreenGeometry geometry() const { return ScreenGeometry(monitors()); }
+    ScreenGeometry geometry() const { return ScreenGeometry(monitors().list); }
+
+    /// The same as it was read last, if no change was noticed since. For what moves.
+    ScreenGeometry lastGeometry() const;
 
 private:
+    struct Monitors {
+        std::vector<MonitorPixels> list;
+        int rootWidth = 0;
+        int rootHeight = 0;
+    };
+
     void follow(const QScreen& screen);
-    std::vector<MonitorPixels> monitors() const;
-    void takeOutStruts(std::vector<MonitorPixels>& monitors) const;
+    void screensChanged();
+    Monitors monitors() const;
+    ScreenGeometry geometryWithWorkAreas() const;
 
     X11Connection& m_connection;
+    mutable std::vector<xcb_window_t> m_clients; ///< the windows there were last time
+    mutable std::optional<std::vector<MonitorPixels>> m_last;
     QObject m_context; ///< of the connections to the toolkit's signals
 };
 
