@@ -1,0 +1,152 @@
+#include "settings/ui/SetupWindow.h"
+#include "hotkeys/HotKeyWorld.h"
+#include "look/Picture.h"
+#include "platform/memory/MemoryAccess.h"
+#include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryPanels.h"
+#include "platform/memory/MemoryWorkspace.h"
+#include "settings/ui/PermissionCard.h"
+#include "settings/ui/SetupView.h"
+
+#include <gmock/gmock.h>
+#include <QAccessible>
+#include <QApplication>
+#include <QKeyEvent>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using Kind = Permissions::Kind;
+
+class SetupWindowTest : public testing::Test {
+protected:
+    /// The guide as shown with the program's file at `path`.
+    void show(const QString& path = u"/usr/bin/quillet"_s) {
+        commands.results[u"/bin/sh"_s] = {0, {}};
+        permissions.emplace(Permissions::Services{access, workspace, commands, scheduler},
+                            Permissions::Program{path, [this] { ++terminations; }});
+        setup.emplace(SetupWindow::Services{
+            {theme, scheduler, panels}, *permissions, *hotKeys.center, hotKeys.preferences});
+        setup->show();
+    }
+
+    QStringList buttons() const {
+        QStringList texts;
+        for (const Button* button : setup->window()->findChildren<Button*>()) {
+            if (button->isVisible())
+                texts << button->text();
+        }
+        return texts;
+    }
+
+    void click(const QString& text) {
+        for (Button* button : setup->window()->findChildren<Button*>()) {
+            if (button->isVisible() && button->text() == text)
+                return button->click();
+        }
+        FAIL() << text.toStdString();
+    }
+
+    bool isOnboard() const { return hotKeys.preferences.value(SetupWindow::didOnboardKey()); }
+
+    QImage picture() const { return setup->window()->grab().toImage(); }
+
+    Theme theme;
+    HotKeyWorld hotKeys;
+    MemoryScheduler& scheduler = hotKeys.scheduler;
+    MemoryPanels panels;
+    MemoryAccess access;
+    MemoryWorkspace workspace;
+    MemoryCommands commands{scheduler};
+    int terminations = 0;
+    std::optional<Permissions> permissions;
+    std::optional<SetupWindow> setup;
+};
+
+TEST_F(SetupWindowTest, theButtonOrReturnEndsItForGoodAndTheCloseBoxDoesNot) {
+    show();
+    QWidget* window = setup->window();
+    EXPECT_EQ(buttons(), QStringList{u"Done"_s}) << "shown also where nothing is missing";
+    window->close();
+    EXPECT_FALSE(isOnboard());
+    setup->show();
+    EXPECT_EQ(setup->window(), window);
+    EXPECT_TRUE(window->isVisible());
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, {});
+    QApplication::sendEvent(window->focusWidget(), &enter);
+    EXPECT_TRUE(isOnboard());
+    EXPECT_FALSE(window->isVisible());
+    hotKeys.preferences.remove(SetupWindow::didOnboardKey().name);
+    setup->show();
+    click(u"Done"_s);
+    EXPECT_TRUE(isOnboard());
+}
+
+TEST_F(SetupWindowTest, aGrantShowsByItselfWhileTheGuideIsShown) {
+    access.granted.clear();
+    show();
+    EXPECT_EQ(buttons(), QStringList({u"Continue"_s, u"Continue"_s, u"Show Quillet in Finder"_s,
+                                      u"Finish Later"_s}));
+    access.granted = {Kind::accessibility};
+    scheduler.advance(1100ms);
+    EXPECT_EQ(buttons(), QStringList({u"Continue"_s, u"Finish Later"_s}));
+    access.granted = {Kind::accessibility, Kind::screenRecording};
+    permissions->stopPolling(); // as another view does that is closed
+    QEvent activated(QEvent::WindowActivate);
+    QApplication::sendEvent(setup->window(), &activated);
+    scheduler.advance(1100ms);
+    EXPECT_EQ(buttons(), QStringList{u"Done"_s});
+
+    setup->window()->close();
+    access.granted.clear();
+    scheduler.advance(5s);
+    EXPECT_TRUE(permissions->accessibility()) << "nobody looks, nothing is polled";
+    setup->show();
+    EXPECT_FALSE(permissions->accessibility());
+}
+
+TEST_F(SetupWindowTest, theButtonsOfACardDoWhatTheySay) {
+    access.granted.clear();
+    show();
+    click(u"Continue"_s);
+    EXPECT_EQ(access.requested, std::vector{Kind::screenRecording});
+    EXPECT_TRUE(buttons().contains(u"Restart Quillet"_s)) << "offered once it was asked for";
+    click(u"Show Quillet in Finder"_s);
+    EXPECT_EQ(workspace.revealed, QStringList{u"/usr/bin/quillet"_s});
+    click(u"Restart Quillet"_s);
+    EXPECT_EQ(terminations, 1);
+    access.granted = {Kind::screenRecording};
+    permissions->refresh();
+    EXPECT_FALSE(buttons().contains(u"Restart Quillet"_s));
+}
+
+TEST_F(SetupWindowTest, shortcutsAreThoseInForceAndAssistiveProgramsLearnOfAll) {
+    show();
+    Shortcut other = hotKeys.center->shortcut(HotKeyAction::captureArea);
+    other.keyName = u"F9"_s;
+    hotKeys.center->set(other, HotKeyAction::captureArea);
+    const auto hints = setup->window()->findChildren<ShortcutHint*>();
+    EXPECT_EQ(hints.front()->accessibleName(), u"Capture area, ⇧⌘F9"_s);
+    EXPECT_EQ(hints.back()->accessibleName(), u"Clipboard, ⇧⌘V"_s);
+    const auto* card = setup->window()->findChild<PermissionCard*>();
+    EXPECT_EQ(card->accessibleName(), u"Screen Recording"_s);
+    EXPECT_TRUE(card->accessibleDescription().startsWith(u"On "_s));
+}
+
+TEST_F(SetupWindowTest, itLooksAsDrawn) {
+    show();
+    theme.setAppearance(Appearance::dark);
+    EXPECT_TRUE(matchesPicture(picture(), u"setup-granted-dark"_s));
+    theme.setAppearance(Appearance::light);
+    access.granted.clear();
+    show();
+    permissions->request(Kind::screenRecording);
+    EXPECT_TRUE(matchesPicture(picture(), u"setup-missing-light"_s));
+    show(u"/home/me/build/quillet"_s);
+    permissions->request(Kind::screenRecording);
+    theme.setAppearance(Appearance::dark);
+    EXPECT_TRUE(matchesPicture(picture(), u"setup-missing-all-rows-dark"_s));
+}
+
+} // namespace quillet
