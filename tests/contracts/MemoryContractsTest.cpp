@@ -1,5 +1,6 @@
 #include "contracts/CommandsContract.h"
 #include "contracts/HostStatisticsContract.h"
+#include "contracts/FocusedWindowContract.h"
 #include "contracts/HotKeysContract.h"
 #include "contracts/KeyboardGrabContract.h"
 #include "contracts/PanelsContract.h"
@@ -115,6 +116,23 @@ struct MemoryWorkspaceBackend {
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, WorkspaceContract, MemoryWorkspaceBackend);
+
+struct MemoryFocusedWindowBackend {
+    MemoryScheduler scheduler;
+    MemoryFocusedWindow memory{scheduler};
+    FocusedWindow::Identity opened = 0;
+
+    FocusedWindow& windows() { return memory; }
+    void open(const Rect& frame) { opened = memory.open(frame); }
+    void close() { memory.close(opened); }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        scheduler.advance(Scheduler::Duration(0));
+        return condition();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, FocusedWindowContract, MemoryFocusedWindowBackend);
 
 struct MemoryHotKeysBackend {
     MemoryScheduler scheduler;

@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <QDir>
+#include <QHash>
 #include <sys/prctl.h>
 
 namespace quillet {
@@ -49,11 +50,12 @@ void ProcessEnder::operator()(QProcess* process) const {
     process->waitForFinished(2'000);
 }
 
-DesktopSession::DesktopSession() {
+DesktopSession::DesktopSession(const QString& windowManager, const QSize& screen) {
     renewHome();
-    startServer();
-    startWindowManager();
+    startServer(screen);
     startBus();
+    if (!windowManager.isEmpty())
+        startWindowManager(windowManager);
 }
 
 DesktopSession::~DesktopSession() {
@@ -110,15 +112,18 @@ ProcessHandle DesktopSession::copy(const QByteArray& bytes, const QString& targe
     return owner;
 }
 
-void DesktopSession::startServer() {
-    m_services.push_back(
-        start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1920x1080x24"_s,
-                          u"-noreset"_s, u"-nolisten"_s, u"tcp"_s}));
+void DesktopSession::startServer(const QSize& screen) {
+    m_services.push_back(start(
+        u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                    u"%1x%2x24"_s.arg(screen.width()).arg(screen.height()), u"-noreset"_s,
+                    u"-nolisten"_s, u"tcp"_s}));
     m_display = ':' + firstLine(*m_services.back());
 }
 
-void DesktopSession::startWindowManager() {
-    m_services.push_back(start(u"openbox"_s, {u"--sm-disable"_s}));
+void DesktopSession::startWindowManager(const QString& program) {
+    const QHash<QString, QStringList> arguments{{u"openbox"_s, {u"--sm-disable"_s}},
+                                                {u"xfwm4"_s, {u"--compositor=off"_s}}};
+    m_services.push_back(start(program, arguments.value(program)));
     // It is there when it manages windows.
     FakeApplication(m_display, "Probe");
 }

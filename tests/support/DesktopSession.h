@@ -3,6 +3,7 @@
 #include <memory>
 #include <QByteArray>
 #include <QProcess>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -28,7 +29,9 @@ using ProcessHandle = std::unique_ptr<QProcess, ProcessEnder>;
 /// started ends with the session, or with the test program should that die first.
 class DesktopSession {
 public:
-    DesktopSession();
+    /// The name of a window manager; none where it is empty.
+    explicit DesktopSession(const QString& windowManager = QStringLiteral("openbox"),
+                            const QSize& screen = {1920, 1080});
     ~DesktopSession();
 
     const QByteArray& display() const { return m_display; }
@@ -51,8 +54,8 @@ public:
     ProcessHandle copy(const QByteArray& bytes, const QString& target);
 
 private:
-    void startServer();
-    void startWindowManager();
+    void startServer(const QSize& screen);
+    void startWindowManager(const QString& program);
     void startBus();
 
     QByteArray m_display;

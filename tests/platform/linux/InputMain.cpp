@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
         return RUN_ALL_TESTS();
     }
     const QCoreApplication application(argc, argv);
-    quillet::DesktopSession desktop;
+    quillet::DesktopSession desktop(
+        qEnvironmentVariable("QUILLET_WINDOW_MANAGER", QStringLiteral("openbox")));
     const QString filter = QString::fromStdString(GTEST_FLAG_GET(filter));
     const auto tests = desktop.start(QCoreApplication::applicationFilePath(),
                                      {QStringLiteral("--gtest_filter=") + filter},

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <xcb/res.h>
 #include <xcb/xfixes.h>
 
 namespace quillet {
@@ -86,6 +87,26 @@ bool X11Connection::owns(xcb_window_t window) const {
 bool X11Connection::isOurs(xcb_window_t window) const {
     const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return owns(window) || (toolkit && isMadeThrough(toolkit->connection(), window));
+}
+
+/// By the server, which knows better than the client; by the client's word where the server does
+/// not say.
+qint64 X11Connection::pidOf(xcb_window_t window) const {
+    const auto* extension = xcb_get_extension_data(m_xcb, &xcb_res_id);
+    if (extension && extension->present) {
+        const xcb_res_client_id_spec_t asked{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+        const XcbOwned<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+            m_xcb, xcb_res_query_client_ids(m_xcb, 1, &asked), nullptr));
+        if (reply) {
+            for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
+                 xcb_res_client_id_value_next(&it)) {
+                if (xcb_res_client_id_value_value_length(it.data) > 0)
+                    return *xcb_res_client_id_value_value(it.data);
+            }
+        }
+    }
+    const auto told = values(window, atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 1);
+    return told.empty() ? 0 : told.front();
 }
 
 xcb_atom_t X11Connection::atom(const QByteArray& name) const {

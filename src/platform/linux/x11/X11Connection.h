@@ -52,6 +52,9 @@ public:
     /// Whether this program made a window, through this connection or the toolkit's.
     bool isOurs(xcb_window_t window) const;
 
+    /// The process that made a window; 0 where neither the server nor the window tells.
+    qint64 pidOf(xcb_window_t window) const;
+
     /// The id of a name, asked from the server once.
     xcb_atom_t atom(const QByteArray& name) const;
 

@@ -11,6 +11,16 @@ Rect flipped(const Rect& rect, const ScreenGeometry& geometry) {
     return screens.empty() ? rect : flipped(rect, screens.front().frame.size.height);
 }
 
+/// The server gives a window's number to another program's window when its program has ended, so
+/// the process belongs to the identity.
+FocusedWindow::Identity identityOf(const X11Connection& connection, xcb_window_t window) {
+    return static_cast<FocusedWindow::Identity>(connection.pidOf(window)) << 32 | window;
+}
+
+xcb_window_t windowOf(FocusedWindow::Identity identity) {
+    return static_cast<xcb_window_t>(identity);
+}
+
 } // namespace
 
 X11FocusedWindow::X11FocusedWindow(X11Connection& connection, const X11Screens& screens,
@@ -23,11 +33,11 @@ std::optional<FocusedWindow::Identity> X11FocusedWindow::identity() const {
     if (active.empty() || active.front() == XCB_WINDOW_NONE ||
         m_connection.isOurs(active.front()) || !isOrdinary(active.front()))
         return std::nullopt;
-    return active.front();
+    return identityOf(m_connection, active.front());
 }
 
 std::optional<Rect> X11FocusedWindow::topLeftFrame(Identity window) const {
-    const auto frame = X11WindowFrame::read(m_connection, static_cast<xcb_window_t>(window));
+    const auto frame = X11WindowFrame::read(m_connection, windowOf(window));
     if (!frame)
         return std::nullopt;
     const ScreenGeometry geometry = m_screens.geometry();
@@ -47,7 +57,12 @@ void X11FocusedWindow::whenSettled(Identity window, Settled settled) {
 }
 
 /// By the first of the window's types that the standard knows; a window without any is ordinary.
+/// Window managers leave the name of a dead window standing.
 bool X11FocusedWindow::isOrdinary(xcb_window_t window) const {
+    const XcbOwned<xcb_get_window_attributes_reply_t> alive(xcb_get_window_attributes_reply(
+        m_connection.xcb(), xcb_get_window_attributes(m_connection.xcb(), window), nullptr));
+    if (!alive)
+        return false;
     static const QByteArray prefix("_NET_WM_WINDOW_TYPE_");
     const auto types =
         m_connection.values(window, m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM);
@@ -60,7 +75,7 @@ bool X11FocusedWindow::isOrdinary(xcb_window_t window) const {
 
 /// The wishes about a window, which the next turn of the event loop will carry out.
 X11FocusedWindow::Wishes& X11FocusedWindow::wishes(Identity window) {
-    const auto id = static_cast<xcb_window_t>(window);
+    const xcb_window_t id = windowOf(window);
     Wishes& wishes = m_wishes[id];
     if (!wishes.turn)
         wishes.turn = m_scheduler.after(Scheduler::Duration(0), [this, id] { carryOut(id); });

@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QMimeDatabase>
-#include <xcb/res.h>
 
 namespace quillet {
 
@@ -145,29 +144,8 @@ std::optional<X11Workspace::Owner> X11Workspace::ownerOf(xcb_window_t window) co
         return std::nullopt;
     const QList<QByteArray> halves = m_connection.bytes(window, XCB_ATOM_WM_CLASS).split('\0');
     const Owner owner{QString::fromLatin1(halves.value(1)), QString::fromLatin1(halves.value(0)),
-                      pidOf(window)};
+                      m_connection.pidOf(window)};
     return owner == Owner{} ? std::nullopt : std::optional(owner);
-}
-
-/// By the server, which knows better than the client; by the client's word where the server does
-/// not say.
-qint64 X11Workspace::pidOf(xcb_window_t window) const {
-    const auto* extension = xcb_get_extension_data(m_connection.xcb(), &xcb_res_id);
-    if (extension && extension->present) {
-        const xcb_res_client_id_spec_t asked{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        const XcbOwned<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
-            m_connection.xcb(), xcb_res_query_client_ids(m_connection.xcb(), 1, &asked), nullptr));
-        if (reply) {
-            for (auto it = xcb_res_query_client_ids_ids_iterator(reply.get()); it.rem > 0;
-                 xcb_res_client_id_value_next(&it)) {
-                if (xcb_res_client_id_value_value_length(it.data) > 0)
-                    return *xcb_res_client_id_value_value(it.data);
-            }
-        }
-    }
-    const auto told =
-        m_connection.values(window, m_connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 1);
-    return told.empty() ? 0 : told.front();
 }
 
 RunningApplication X11Workspace::application(const Owner& owner) const {

@@ -34,7 +34,6 @@ private:
 
     void noteActiveWindow();
     std::optional<Owner> ownerOf(xcb_window_t window) const;
-    qint64 pidOf(xcb_window_t window) const;
     RunningApplication application(const Owner& owner) const;
 
     X11Connection& m_connection;
