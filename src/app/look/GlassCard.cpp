@@ -49,11 +49,15 @@ QPainterPath continuousRect(const QRectF& rect, double cornerRadius) {
 void paintGlassCard(QPainter& painter, const QRectF& rect, double cornerRadius,
                     const ThemeColors& colors, Material material, Translucency translucency) {
     QColor ground = materialColor(colors, material);
-    if (translucency == Translucency::opaque)
-        ground.setAlpha(255);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRect(rect, cornerRadius), ground);
+    if (translucency == Translucency::opaque) {
+        // The window is cut to shape, and a corner that the cut leaves must not stay unpainted.
+        ground.setAlpha(255);
+        painter.fillRect(rect, ground);
+    } else {
+        painter.fillPath(continuousRect(rect, cornerRadius), ground);
+    }
     painter.setPen(QPen(colors.cardStroke, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(continuousRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius - 0.5));
