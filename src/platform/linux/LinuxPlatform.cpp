@@ -2,12 +2,14 @@
 
 #include "platform/linux/dbus/Buses.h"
 #include "platform/linux/dbus/LinuxDesktopSettings.h"
+#include "platform/linux/dbus/LinuxPower.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/LinuxScheduler.h"
 #include "platform/linux/proc/ProcHostStatistics.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/linux/sound/PulseSoundPlayer.h"
 #include "platform/linux/x11/X11Access.h"
+#include "platform/linux/x11/X11DisplayPower.h"
 #include "platform/linux/x11/X11FocusedWindow.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11KeyboardGrab.h"
@@ -71,9 +73,12 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     auto hotKeys =
         std::make_unique<X11HotKeys>(connection, foundation->rawInput, *platform.scheduler);
     platform.access = std::make_unique<X11Access>(connection, *platform.commands);
+    auto power = std::make_unique<LinuxPower>(
+        buses, *platform.commands, *platform.scheduler,
+        std::make_unique<X11DisplayPower>(connection, *platform.scheduler));
     platform.capabilities = [&workspace = *workspace, &pasteboard = *pasteboard,
                              &access = *platform.access, &panels = *panels, &hotKeys = *hotKeys,
-                             &desktop = *platform.desktop] {
+                             &desktop = *platform.desktop, &power = *power] {
         const auto setting = [&desktop](const QString& name, DesktopSettings::FileManagerKey key) {
             return capability(name, desktop.cause(key).isEmpty(), desktop.cause(key));
         };
@@ -85,11 +90,14 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
             capability(u"clipboardManager"_s, pasteboard.isClipboardManager(),
                        u"Another program keeps the clipboard of programs that quit."_s),
             setting(u"desktopIcons"_s, DesktopSettings::FileManagerKey::createDesktop),
+            capability(u"displaySleep"_s, power.whyNoDisplaySleep().isEmpty(),
+                       power.whyNoDisplaySleep()),
             capability(u"frontmostApplication"_s, workspace.knowsFrontmost(),
                        u"The window manager does not tell which window is active."_s),
             capability(u"globalShortcuts"_s, hotKeys.isAvailable(),
                        u"The X server lacks the keyboard extension."_s),
             setting(u"hiddenFiles"_s, DesktopSettings::FileManagerKey::showAllFiles),
+            capability(u"keepAwake"_s, power.whyNotAwake().isEmpty(), power.whyNotAwake()),
             permission(u"keyboardLock"_s, Access::Kind::accessibility),
             permission(u"paste"_s, Access::Kind::accessibility),
             permission(u"screenRecording"_s, Access::Kind::screenRecording),
@@ -99,6 +107,7 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.pasteboard = std::move(pasteboard);
     platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.scheduler);
     platform.keyboard = std::make_unique<X11KeyboardGrab>(connection, *panels, *platform.scheduler);
+    platform.power = std::move(power);
     platform.screens = std::move(screens);
     platform.hotKeys = std::move(hotKeys);
     platform.panels = std::move(panels);
