@@ -15,10 +15,11 @@ namespace quillet {
 /// every test has a Quillet and a home of its own.
 class ClipboardDesktop : public testing::Test {
 protected:
-    static void SetUpTestSuite() { s_session = std::make_unique<DesktopSession>(); }
+    static void SetUpTestSuite() { startSession(std::make_unique<DesktopSession>()); }
     static void TearDownTestSuite() { s_session.reset(); }
     void SetUp() override { session().renewHome(); }
 
+    static void startSession(std::unique_ptr<DesktopSession> own) { s_session = std::move(own); }
     static DesktopSession& session() { return *s_session; }
     static const QByteArray& display() { return s_session->display(); }
 

@@ -1,5 +1,6 @@
 #include "desktop/ShelfDesktop.h"
 
+#include <cstring>
 #include <QJsonDocument>
 
 namespace quillet {
@@ -9,9 +10,10 @@ using namespace std::chrono_literals;
 
 Editor::Editor(DesktopSession& session)
     : m_process(session.start(QStringLiteral(QUILLET_DESKTOP_CLIENT), {u"edit"_s})) {
-    const auto isActive = [this] {
+    XClient client(session.display());
+    const auto isActive = [&] {
         read();
-        return m_isActive;
+        return m_isActive && activeWindow(client) == m_window;
     };
     if (!eventually(isActive, 10s))
         qFatal("the editor did not become active");
@@ -27,6 +29,7 @@ void Editor::read() {
     while (m_process->canReadLine()) {
         const auto state = QJsonDocument::fromJson(m_process->readLine()).object();
         m_text = state["text"_L1].toString();
+        m_window = static_cast<xcb_window_t>(state["window"_L1].toInteger());
         m_isActive = state["active"_L1].toBool();
     }
 }
@@ -49,6 +52,14 @@ int ActiveWindowLog::writes() {
     while (m_client.wait(isWrite, 0ms))
         ++count;
     return count;
+}
+
+xcb_window_t activeWindow(XClient& client) {
+    const auto active = client.property(client.root(), client.atom("_NET_ACTIVE_WINDOW")).bytes;
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (static_cast<size_t>(active.size()) == sizeof window)
+        std::memcpy(&window, active.constData(), sizeof window);
+    return window;
 }
 
 void ShelfDesktop::press(const QString& words) {

@@ -9,7 +9,7 @@ namespace quillet {
 /// A text editor as the program that the user works in.
 class Editor {
 public:
-    /// Returns when the user can type into it.
+    /// Returns when the user can type into it and it is the active window.
     explicit Editor(DesktopSession& session);
 
     QString text();
@@ -17,6 +17,7 @@ public:
 private:
     ProcessHandle m_process;
     QString m_text;
+    xcb_window_t m_window = XCB_WINDOW_NONE;
     bool m_isActive = false;
 
     void read();
@@ -33,6 +34,9 @@ public:
 private:
     XClient m_client;
 };
+
+/// The window that the window manager says is the active one.
+xcb_window_t activeWindow(XClient& client);
 
 /// The shelf on a desktop, seen and driven as users do.
 class ShelfDesktop : public ClipboardDesktop {

@@ -1,6 +1,7 @@
 #include "desktop/ShelfDesktop.h"
 
 #include <QFile>
+#include <QJsonDocument>
 
 namespace quillet {
 namespace {
@@ -98,10 +99,8 @@ TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
     ASSERT_TRUE(eventually([&] { return content().isEmpty(); }));
     XClient client(display());
     ASSERT_TRUE(eventually([&] {
-        const auto active = client.property(client.root(), client.atom("_NET_ACTIVE_WINDOW")).bytes;
-        xcb_window_t window = XCB_WINDOW_NONE;
-        std::memcpy(&window, active.constData(), std::min<size_t>(sizeof window, active.size()));
-        return client.property(window, XCB_ATOM_WM_CLASS).bytes.startsWith("xterm");
+        const auto windowClass = client.property(activeWindow(client), XCB_ATOM_WM_CLASS);
+        return windowClass.bytes.startsWith("xterm");
     }));
     openShelf();
     press(u"key Return"_s);
@@ -121,6 +120,31 @@ TEST_F(ShelfLoopDesktop, itWorksOnceAnotherProgramLetsGoOfTheKeyboard) {
     EXPECT_TRUE(eventually([] { return isKeyboardGrabbed(); }));
     press(u"key Return"_s);
     EXPECT_TRUE(becomes(editor, u"beta"_s));
+}
+
+TEST_F(ShelfDesktop, aShortcutThatIsTakenIsReplacedByTheOneOnOffer) {
+    XClient other(display());
+    constexpr xcb_keycode_t v = 55;
+    xcb_grab_key(other.connection(), 1, other.root(), XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT, v,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    other.serverTime();
+    ASSERT_TRUE(quillet.start());
+    const auto shortcut = [&] {
+        const auto status = QJsonDocument::fromJson(quillet.verb({u"status"_s}).output).object();
+        return status["shortcuts"_L1][0].toObject();
+    };
+    EXPECT_TRUE(shortcut()["refused"_L1].toBool());
+    EXPECT_EQ(shortcut()["alternative"_L1].toString(), u"⌥⌘V"_s);
+
+    std::optional<QRect> banner;
+    ASSERT_TRUE(eventually([&] { return (banner = windowNamed("Quillet Shortcuts")); }));
+    constexpr int shadow = 48;
+    const QPoint useThese = banner->bottomRight() - QPoint(shadow + 16 + 40, shadow + 16 + 14);
+    press(u"mousemove %1 %2 click 1"_s.arg(useThese.x()).arg(useThese.y()));
+    EXPECT_TRUE(eventually([] { return !windowNamed("Quillet Shortcuts"); }));
+    EXPECT_EQ(shortcut()["shortcut"_L1].toString(), u"⌥⌘V"_s);
+    press(u"key super+alt+v"_s);
+    EXPECT_TRUE(eventually([] { return windowNamed("Quillet Shelf").has_value(); }));
 }
 
 } // namespace

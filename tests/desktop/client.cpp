@@ -57,6 +57,7 @@ int edit(int argc, char** argv) {
     editor.setWindowTitle(u"Editor"_s);
     const auto report = [&editor] {
         const QJsonObject state{{u"text"_s, editor.toPlainText()},
+                                {u"window"_s, static_cast<qint64>(editor.winId())},
                                 {u"active"_s, editor.isActiveWindow()}};
         std::puts(QJsonDocument(state).toJson(QJsonDocument::Compact).constData());
         std::fflush(stdout);

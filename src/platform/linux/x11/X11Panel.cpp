@@ -5,6 +5,7 @@
 #include <QBitmap>
 #include <QLoggingCategory>
 #include <QPainter>
+#include <QScreen>
 #include <QWidget>
 #include <QWindow>
 #include <xcb/shape.h>
@@ -49,6 +50,7 @@ X11Panel::X11Panel(X11Panels& panels, QWidget& content, const PanelStyle& style)
     content.setAttribute(Qt::WA_ShowWithoutActivating);
     content.setAttribute(Qt::WA_QuitOnClose, false);
     content.winId(); // makes the window
+    connect(content.windowHandle(), &QWindow::screenChanged, this, [this] { takePixels(); });
 }
 
 X11Panel::~X11Panel() {
@@ -63,6 +65,13 @@ void X11Panel::setFrame(const Rect& frame) {
         m_panels.m_screens.lastGeometry().topLeft(frame.inset(-m_style.margin, -m_style.margin))));
     if (m_content.size() != before)
         applyShape();
+}
+
+/// On a screen of another scale the same points are other pixels. The toolkit overlooks that where
+/// the size in points stays what it was.
+void X11Panel::takePixels() {
+    m_content.windowHandle()->setGeometry(m_content.geometry());
+    applyShape();
 }
 
 void X11Panel::setAlpha(double alpha) {

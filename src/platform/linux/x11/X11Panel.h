@@ -34,6 +34,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void takePixels();
     void applyShape();
     void takeKeyboard(int attemptsLeft);
     void takeFocus();
