@@ -16,11 +16,8 @@ namespace {
 // A change of the layout comes as a burst of events.
 constexpr Scheduler::Duration keymapSettles{50};
 
-bool isDown(xcb_connection_t* xcb, xcb_keycode_t key) {
-    const XcbOwned<xcb_query_keymap_reply_t> keys(
-        xcb_query_keymap_reply(xcb, xcb_query_keymap(xcb), nullptr));
-    return keys && (keys->keys[key / 8] & (1U << (key % 8)));
-}
+// By then the server has answered, and nobody has to wait for it.
+constexpr Scheduler::Duration keysAreTold{50};
 
 } // namespace
 
@@ -198,8 +195,11 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
         if (std::find(entry->grabs.begin(), entry->grabs.end(), pressed) != entry->grabs.end())
             ids.push_back(entry->id);
     }
-    if (ids.empty() || m_keyDown == event.detail)
-        return !ids.empty();
+    if (ids.empty())
+        return false;
+    checkKeyDown();
+    if (m_keyDown == event.detail)
+        return true;
     for (const uint32_t id : ids)
         report(id);
     m_keyDown = event.detail;
@@ -209,12 +209,30 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
         m_keyDown.reset();
         m_release.reset();
     });
-    // It may have come up before the watch began.
-    if (!m_release || !isDown(m_connection.xcb(), event.detail)) {
+    if (!m_release) {
+        m_keyDown.reset();
+        return true;
+    }
+    // It may have come up before the watch began. What the shortcut opens need not wait for that.
+    m_keysAsked = xcb_query_keymap(m_connection.xcb());
+    m_connection.flush();
+    m_keyCheck = m_scheduler.after(keysAreTold, [this] { checkKeyDown(); });
+    return true;
+}
+
+void X11HotKeys::checkKeyDown() {
+    m_keyCheck.reset();
+    const auto asked = std::exchange(m_keysAsked, std::nullopt);
+    if (!asked)
+        return;
+    const XcbOwned<xcb_query_keymap_reply_t> keys(
+        xcb_query_keymap_reply(m_connection.xcb(), *asked, nullptr));
+    const bool isDown =
+        keys && m_keyDown && (keys->keys[*m_keyDown / 8] & (1U << (*m_keyDown % 8)));
+    if (!isDown) {
         m_keyDown.reset();
         m_release.reset();
     }
-    return true;
 }
 
 void X11HotKeys::report(uint32_t id) {

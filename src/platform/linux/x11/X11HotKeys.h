@@ -43,6 +43,7 @@ private:
     void handle(const xcb_generic_event_t& event);
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     bool pressed(const xcb_key_press_event_t& event);
+    void checkKeyDown();
     void report(uint32_t id);
 
     X11Connection& m_connection;
@@ -51,8 +52,10 @@ private:
     uint8_t m_xkbEvent = 0;
     std::unique_ptr<X11Keymap> m_keymap; ///< null without the keyboard extension
     std::vector<Entry*> m_entries;
-    std::optional<xcb_keycode_t> m_keyDown; ///< the shortcut's key that is being held
-    X11RawInput::Watch m_release;           ///< of that key
+    std::optional<xcb_keycode_t> m_keyDown;               ///< the shortcut's key that is being held
+    X11RawInput::Watch m_release;                         ///< of that key
+    std::optional<xcb_query_keymap_cookie_t> m_keysAsked; ///< when it went down
+    std::unique_ptr<Timer> m_keyCheck;
     std::unique_ptr<Timer> m_keymapChange;
     X11Connection::Listening m_listening;
     Alive m_alive;

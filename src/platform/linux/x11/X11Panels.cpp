@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <QGuiApplication>
+#include <xcb/xfixes.h>
 
 namespace quillet {
 
@@ -15,24 +16,34 @@ X11Panels::X11Panels(X11Connection& connection, X11RawInput& rawInput, const X11
       m_scheduler(scheduler),
       m_activeWindow(connection.atom("_NET_ACTIVE_WINDOW")),
       m_compositor(connection.atom("_NET_WM_CM_S" + QByteArray::number(connection.screenNumber()))),
-      m_listening(connection.listen([this](const xcb_generic_event_t& event) {
-          if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
-              return;
-          const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-          if (property.window == m_connection.root() && property.atom == m_activeWindow)
-              activeWindowChanged();
-      })) {}
+      m_listening(connection.listen([this](const xcb_generic_event_t& event) { handle(event); })) {
+    xcb_connection_t* xcb = connection.xcb();
+    xcb_xfixes_select_selection_input(xcb, connection.root(), m_compositor,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    const XcbOwned<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, m_compositor), nullptr));
+    m_isTranslucent = owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+void X11Panels::handle(const xcb_generic_event_t& event) {
+    const uint8_t type = event.response_type & 0x7f;
+    if (type == m_connection.xfixesEvent() + XCB_XFIXES_SELECTION_NOTIFY) {
+        const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
+        if (change.selection == m_compositor)
+            m_isTranslucent = change.owner != XCB_WINDOW_NONE;
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+        if (property.window == m_connection.root() && property.atom == m_activeWindow)
+            activeWindowChanged();
+    }
+}
 
 std::unique_ptr<Panel> X11Panels::make(QWidget& content, const PanelStyle& style) {
     auto panel = std::make_unique<X11Panel>(*this, content, style);
     m_panels.push_back(panel.get());
     return panel;
-}
-
-bool X11Panels::isTranslucent() const {
-    const XcbOwned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        m_connection.xcb(), xcb_get_selection_owner(m_connection.xcb(), m_compositor), nullptr));
-    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 /// Puts a panel above those of its level and keeps higher ones above it.
@@ -46,10 +57,14 @@ void X11Panels::raise(X11Panel& panel) {
 }
 
 void X11Panels::becameKey(X11Panel& panel) {
-    if (!m_key)
-        m_activeAtKey = activeWindow();
-    else if (m_key != &panel)
+    if (!m_key) {
+        if (m_activeAtKeyAsked)
+            xcb_discard_reply(m_connection.xcb(), m_activeAtKeyAsked->sequence);
+        m_activeAtKeyAsked = askForActiveWindow();
+        m_connection.flush();
+    } else if (m_key != &panel) {
         m_key->resignKey();
+    }
     m_key = &panel;
     if (!m_clicks) {
         m_clicks = m_rawInput.watch(X11RawInput::Kind::buttonPress,
@@ -90,8 +105,8 @@ bool X11Panels::isPointerOnOurs() const {
 bool X11Panels::isKeyboardBack() const {
     if (m_key)
         return false;
-    const auto active = activeWindow();
-    return active != XCB_WINDOW_NONE && (!m_activeAtKey || active == m_activeAtKey);
+    const auto active = activeWindow(askForActiveWindow());
+    return active != XCB_WINDOW_NONE && (!activeAtKey() || active == activeAtKey());
 }
 
 void X11Panels::resignKey() {
@@ -99,18 +114,31 @@ void X11Panels::resignKey() {
         m_key->resignKey();
 }
 
+xcb_get_property_cookie_t X11Panels::askForActiveWindow() const {
+    return xcb_get_property(m_connection.xcb(), 0, m_connection.root(), m_activeWindow,
+                            XCB_ATOM_WINDOW, 0, 1);
+}
+
 /// Absent where the window manager does not tell.
-std::optional<xcb_window_t> X11Panels::activeWindow() const {
-    const auto active =
-        m_connection.values(m_connection.root(), m_activeWindow, XCB_ATOM_WINDOW, 1);
-    return active.empty() ? std::nullopt : std::optional(xcb_window_t{active.front()});
+std::optional<xcb_window_t> X11Panels::activeWindow(xcb_get_property_cookie_t asked) const {
+    const XcbOwned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection.xcb(), asked, nullptr));
+    if (!reply || reply->format != 32 || reply->value_len == 0)
+        return std::nullopt;
+    return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+}
+
+std::optional<xcb_window_t> X11Panels::activeAtKey() const {
+    if (const auto asked = std::exchange(m_activeAtKeyAsked, std::nullopt))
+        m_activeAtKey = activeWindow(*asked);
+    return m_activeAtKey;
 }
 
 void X11Panels::activeWindowChanged() {
     if (!m_key)
         return;
-    const auto active = activeWindow();
-    if (active && active != XCB_WINDOW_NONE && active != m_activeAtKey)
+    const auto active = activeWindow(askForActiveWindow());
+    if (active && active != XCB_WINDOW_NONE && active != activeAtKey())
         m_key->resignKey();
 }
 

@@ -18,7 +18,7 @@ public:
               Scheduler& scheduler);
 
     std::unique_ptr<Panel> make(QWidget& content, const PanelStyle& style) override;
-    bool isTranslucent() const override;
+    bool isTranslucent() const override { return m_isTranslucent; }
 
     /// Whether no panel has the keyboard and the window that was active when one took it last is
     /// the active one again.
@@ -35,9 +35,12 @@ private:
     void gaveUpKey(const X11Panel& panel);
     void removed(X11Panel& panel);
 
+    void handle(const xcb_generic_event_t& event);
     void buttonPressed(uint32_t button);
     bool isPointerOnOurs() const;
-    std::optional<xcb_window_t> activeWindow() const;
+    xcb_get_property_cookie_t askForActiveWindow() const;
+    std::optional<xcb_window_t> activeWindow(xcb_get_property_cookie_t asked) const;
+    std::optional<xcb_window_t> activeAtKey() const;
     void activeWindowChanged();
 
     X11Connection& m_connection;
@@ -48,8 +51,12 @@ private:
     xcb_atom_t m_compositor;
     std::vector<X11Panel*> m_panels; ///< lowest first
     X11Panel* m_key = nullptr;
-    std::optional<xcb_window_t> m_activeAtKey; ///< the active window when a panel last became key
-    X11RawInput::Watch m_clicks;               ///< while there is a key panel
+    /// The active window when a panel last became key. Asked then, and looked at when it is needed,
+    /// because a panel is to show without waiting.
+    mutable std::optional<xcb_window_t> m_activeAtKey;
+    mutable std::optional<xcb_get_property_cookie_t> m_activeAtKeyAsked;
+    bool m_isTranslucent = false;
+    X11RawInput::Watch m_clicks; ///< while there is a key panel
     X11Connection::Listening m_listening;
 };
 
