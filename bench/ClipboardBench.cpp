@@ -7,7 +7,6 @@
 #include "support/StallProbe.h"
 
 #include <algorithm>
-#include <ctime>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -32,16 +31,6 @@ constexpr int screenshots = 30;
 constexpr int largeScreenshots = 5;
 
 const QString program = QStringLiteral(QUILLET_PROGRAM);
-
-/// Processor time of all threads, also of those that have ended.
-double processorMilliseconds(qint64 pid) {
-    clockid_t clock = 0;
-    timespec time{};
-    if (clock_getcpuclockid(static_cast<pid_t>(pid), &clock) != 0 ||
-        clock_gettime(clock, &time) != 0)
-        qFatal("the processor time cannot be read");
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 double mebibytes(const QuilletProcess& quillet, const QByteArray& figure) {
     return static_cast<double>(quillet.processFigure(u"smaps_rollup"_s, figure)) / 1024;
@@ -68,10 +57,10 @@ void copyUnwatched(FakeOwner& owner, Offer offer) {
 double costOf(QuilletProcess& quillet, FakeOwner& owner, int count,
               const std::function<Offer(int)>& offer) {
     const auto clipsBefore = quillet.clips().size();
-    const double before = processorMilliseconds(quillet.pid());
+    const double before = quillet.processorMilliseconds();
     for (int i = 0; i < count; ++i)
         copyUnwatched(owner, offer(i));
-    const double cost = (processorMilliseconds(quillet.pid()) - before) / count;
+    const double cost = (quillet.processorMilliseconds() - before) / count;
     if (quillet.clips().size() - clipsBefore != count)
         qFatal("of %d copies %d were recorded", count,
                static_cast<int>(quillet.clips().size() - clipsBefore));
@@ -124,13 +113,13 @@ void measureCopies(DesktopSession& session, FigureTable& table, std::chrono::sec
     table.add("of that its own", mebibytes(quillet, "Pss_Anon:") - ownMemoryBefore, 4, "MiB more");
 
     std::this_thread::sleep_for(5s);
-    const double timeBefore = processorMilliseconds(quillet.pid());
+    const double timeBefore = quillet.processorMilliseconds();
     const qint64 switchesBefore = quillet.contextSwitches();
     std::this_thread::sleep_for(quiet);
     table.add("wake-ups while nothing changes",
               static_cast<double>(quillet.contextSwitches() - switchesBefore), 0, "");
-    table.add("processor time while nothing changes",
-              processorMilliseconds(quillet.pid()) - timeBefore, 0, "ms");
+    table.add("processor time while nothing changes", quillet.processorMilliseconds() - timeBefore,
+              0, "ms");
 
     const QByteArray tenMegabytes = QByteArray("ten megabytes of text\n").repeated(10'000'000 / 22);
     table.add("processor time per text of 10 MB",

@@ -41,7 +41,9 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
     startClipboard();
     createShelf(cacheFolder);
     registerShortcuts();
+    createSetupGuide();
     offerAlternatives();
+    welcome();
     return std::nullopt;
 }
 
@@ -109,7 +111,7 @@ void AppDelegate::createShelf(const QString& cacheFolder) {
                                   *platform.keys,
                                   *platform.access,
                                   m_services->toast},
-        [this] { showSetupGuide(); });
+        [this] { m_services->setup->show(); });
 }
 
 void AppDelegate::registerShortcuts() {
@@ -120,15 +122,26 @@ void AppDelegate::registerShortcuts() {
     m_services->snapper = std::make_unique<WindowSnapper>(
         WindowSnapper::Services{*m_services->permissions, *platform.focusedWindow,
                                 *platform.screens, *platform.workspace},
-        [this] { showSetupGuide(); });
+        [this] { m_services->setup->show(); });
     for (const SnapPositionRow& row : snapPositions()) {
         m_services->hotKeys->registerAction(
             row.action, [this, position = row.position] { m_services->snapper->snap(position); });
     }
 }
 
-void AppDelegate::showSetupGuide() {
-    qCWarning(logApp) << "This needs a permission that the desktop does not give";
+void AppDelegate::createSetupGuide() {
+    const Platform& platform = m_services->platform;
+    m_services->setup = std::make_unique<SetupWindow>(
+        SetupWindow::Services{{m_services->theme, *platform.scheduler, *platform.panels},
+                              *m_services->permissions,
+                              *m_services->hotKeys,
+                              *platform.preferences});
+    SetupWindow::shared = m_services->setup.get();
+}
+
+void AppDelegate::welcome() {
+    if (!m_services->platform.preferences->value(SetupWindow::didOnboardKey()))
+        m_services->setup->show();
 }
 
 /// For shortcuts that the desktop or another program has.
@@ -186,6 +199,9 @@ VerbResult AppDelegate::carryOut(const Command& command) {
         return snap(command.choice);
     case Verb::stats:
         break; // answered later
+    case Verb::setup:
+        m_services->setup->show();
+        return VerbResult::done();
     case Verb::quit:
         quitSoon();
         return VerbResult::done();

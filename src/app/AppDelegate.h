@@ -36,9 +36,10 @@ private:
     void startClipboard();
     void createShelf(const QString& cacheFolder);
     void registerShortcuts();
+    void createSetupGuide();
     void offerAlternatives();
+    void welcome();
     void toggleShelf();
-    void showSetupGuide();
 
     VerbResult carryOut(const Command& command);
     VerbResult snap(const QString& where);

@@ -100,6 +100,7 @@ const QList<Row>& rows() {
          json | watch,
          u"stats [--json] [--watch]"_s,
          u"show processor, memory, network and battery"_s},
+        {Verb::setup, {u"setup"_s}, Operand::none, none, u"setup"_s, u"open the setup guide"_s},
         {Verb::quit, {u"quit"_s}, Operand::none, none, u"quit"_s, u"end the running Quillet"_s},
         {Verb::version,
          {u"--version"_s},

@@ -22,6 +22,7 @@ enum class Verb {
     shelfToggle,
     snap,
     stats,
+    setup,
     quit,
     help,
     version

@@ -11,6 +11,7 @@
 #include "platform/Platform.h"
 #include "settings/Permissions.h"
 #include "settings/Sounds.h"
+#include "settings/ui/SetupWindow.h"
 #include "shelf/AppIconStore.h"
 #include "shelf/DragFiles.h"
 #include "shelf/ui/ShelfController.h"
@@ -43,6 +44,7 @@ struct Composition {
     std::unique_ptr<HotKeyCenter> hotKeys;
     std::unique_ptr<ShortcutAlternatives> alternatives;
     std::unique_ptr<ShortcutBanner> shortcutBanner;
+    std::unique_ptr<SetupWindow> setup;
     DesktopSettings::Observation desktopChanges;
 };
 

@@ -131,6 +131,7 @@ int run(int argc, char** argv) {
     case Verb::shelfToggle:
     case Verb::snap:
     case Verb::stats:
+    case Verb::setup:
     case Verb::quit:
         return runVerb(command, arguments, argc, argv);
     }

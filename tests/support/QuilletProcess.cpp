@@ -2,6 +2,7 @@
 
 #include "support/Eventually.h"
 
+#include <ctime>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -17,6 +18,8 @@ QuilletProcess::~QuilletProcess() = default;
 
 bool QuilletProcess::start(const QStringList& environment) {
     m_errors.clear();
+    if (!QFile::exists(preferencesFile()))
+        writePreferences({});
     m_process = m_session.start(m_program, {}, environment);
     const auto isReady = [this] {
         const auto status = QJsonDocument::fromJson(verb({u"status"_s}).output).object();
@@ -76,10 +79,14 @@ QByteArray QuilletProcess::content(int position) {
     return verb({u"clip"_s, u"show"_s, QString::number(position)}).output;
 }
 
-void QuilletProcess::writePreferences(const QJsonObject& preferences) {
-    const QString folder = m_session.configFolder() + u"/quillet"_s;
-    QDir().mkpath(folder);
-    QFile file(folder + u"/preferences.json"_s);
+QString QuilletProcess::preferencesFile() const {
+    return m_session.configFolder() + u"/quillet/preferences.json"_s;
+}
+
+void QuilletProcess::writePreferences(QJsonObject preferences) {
+    preferences.insert(u"app.didOnboard"_s, true);
+    QDir().mkpath(m_session.configFolder() + u"/quillet"_s);
+    QFile file(preferencesFile());
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(preferences).toJson()) < 0)
         qFatal("the preferences cannot be written");
 }
@@ -93,6 +100,15 @@ qint64 QuilletProcess::processFigure(const QString& file, const QByteArray& key)
             return line.mid(key.size()).simplified().split(' ').first().toLongLong();
     }
     return -1;
+}
+
+double QuilletProcess::processorMilliseconds() const {
+    clockid_t clock = 0;
+    timespec time{};
+    if (clock_getcpuclockid(static_cast<pid_t>(pid()), &clock) != 0 ||
+        clock_gettime(clock, &time) != 0)
+        qFatal("the processor time cannot be read");
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
 qint64 QuilletProcess::contextSwitches() const {

@@ -34,16 +34,22 @@ public:
     /// The content of the clip at `position`, as `clip show` gives it.
     QByteArray content(int position);
 
-    /// Writes the preferences that the next start reads.
-    void writePreferences(const QJsonObject& preferences);
+    /// Writes the preferences that the next start reads, those of a user who has seen the setup
+    /// guide. A start without any writes these.
+    void writePreferences(QJsonObject preferences);
 
     /// A line of /proc/PID/<file> as a number: the one that begins with `key`.
     qint64 processFigure(const QString& file, const QByteArray& key) const;
+
+    /// Processor time of all its threads, also of those that have ended.
+    double processorMilliseconds() const;
 
     /// How often its threads have gone to sleep so far: one for every time they were woken up.
     qint64 contextSwitches() const;
 
 private:
+    QString preferencesFile() const;
+
     DesktopSession& m_session;
     QString m_program;
     ProcessHandle m_process;
