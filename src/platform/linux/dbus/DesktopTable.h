@@ -29,7 +29,7 @@ struct Desktop {
     std::vector<DesktopSwitch> dark;
     std::vector<DesktopTheme> themes; ///< the first one tells whether the desktop is dark
 
-    // For people: why a switch without any place cannot work.
+    // For people: why a switch cannot work where none of its places is there.
     QString whyNoIcons;
     QString whyNoHiddenFiles;
 };

@@ -91,10 +91,14 @@ void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant
         assign(m_animationsAreOff, !value.toBool());
     } else if (name == colorScheme) {
         const uint scheme = value.toUInt();
+        const int word = ++m_portalsWord;
         if (scheme == preferDark || scheme == preferLight)
             noteDark(scheme == preferDark);
         else
-            readDarkFromPrograms([this](bool dark) { noteDark(dark); });
+            readDarkFromPrograms([this, word](bool dark) {
+                if (word == m_portalsWord)
+                    noteDark(dark);
+            });
     } else if (name == theme) {
         readPortal();
     }
@@ -158,8 +162,6 @@ void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
                 return;
             FileManagerSetting& read = setting(key);
             read.places = found->places;
-            if (read.places.empty() && read.whyNot.isEmpty())
-                read.whyNot = u"This desktop's setting for it is not installed."_s;
             if (!read.isSet)
                 read.value = found->value;
             notify();
@@ -190,6 +192,13 @@ void LinuxDesktopSettings::setFileManagerValue(FileManagerKey key, bool value) {
                 qCWarning(logDesktop, "the file manager's setting could not be stored");
         });
     }
+}
+
+QString LinuxDesktopSettings::cause(FileManagerKey key) const {
+    if (!setting(key).places.empty())
+        return {};
+    const QString known = setting(key).whyNone;
+    return known.isEmpty() ? u"The desktop's setting for this is not installed."_s : known;
 }
 
 void LinuxDesktopSettings::openSettings() {

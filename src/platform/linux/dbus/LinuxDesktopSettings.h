@@ -33,13 +33,13 @@ public:
     void toggleDark(Completion completion) override;
     QVariant fileManagerValue(FileManagerKey key) const override;
     void setFileManagerValue(FileManagerKey key, bool value) override;
-    QString cause(FileManagerKey key) const override { return setting(key).whyNot; }
+    QString cause(FileManagerKey key) const override;
     void openSettings() override;
 
 private:
     struct FileManagerSetting {
         std::vector<DesktopSwitch> places; ///< those that may be there
-        QString whyNot;
+        QString whyNone;
         std::optional<bool> value{};
         bool isSet = false; ///< from here; what a reading then says comes too late
     };
@@ -77,6 +77,7 @@ private:
     bool m_animationsAreOff = false;
     int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
     SettingsPortal m_portal;
+    int m_portalsWord = 0; ///< counts what it said of the appearance
     std::deque<Call> m_waiting;
     bool m_isRunning = false;
     Alive m_alive;

@@ -3,6 +3,7 @@
 #include "platform/linux/dbus/Buses.h"
 
 #include <QDBusError>
+#include <QDBusVariant>
 
 using namespace Qt::StringLiterals;
 
@@ -29,7 +30,7 @@ SettingsPortal::SettingsPortal(const QDBusConnection& session)
     : m_session(session), m_watcher(service, session, QDBusServiceWatcher::WatchForRegistration) {
     // Without the service's name, whose owner the library would wait to be told.
     m_session.connect(QString(), path, interface, u"SettingChanged"_s, this,
-                      SLOT(noteChange(QString, QString, QDBusVariant)));
+                      SLOT(noteChange(QDBusMessage)));
     connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         if (onAppeared)
             onAppeared();
@@ -55,10 +56,10 @@ void SettingsPortal::ask(const QString& method, const Name& name, Completion com
               });
 }
 
-void SettingsPortal::noteChange(const QString& space, const QString& key,
-                                const QDBusVariant& value) {
-    if (onChanged)
-        onChanged({space, key}, unwrapped(value.variant()));
+void SettingsPortal::noteChange(const QDBusMessage& signal) {
+    const QVariantList arguments = signal.arguments();
+    if (arguments.size() == 3 && onChanged)
+        onChanged({arguments[0].toString(), arguments[1].toString()}, unwrapped(arguments[2]));
 }
 
 } // namespace quillet

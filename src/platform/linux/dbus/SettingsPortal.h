@@ -3,8 +3,9 @@
 #include <functional>
 #include <optional>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
+#include <QVariant>
 
 namespace quillet {
 
@@ -33,7 +34,7 @@ public:
     std::function<void()> onAppeared;
 
 private Q_SLOTS:
-    void noteChange(const QString& space, const QString& key, const QDBusVariant& value);
+    void noteChange(const QDBusMessage& signal);
 
 private:
     void ask(const QString& method, const Name& name, Completion completion);
