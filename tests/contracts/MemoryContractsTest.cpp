@@ -5,6 +5,7 @@
 #include "contracts/KeyboardGrabContract.h"
 #include "contracts/PanelsContract.h"
 #include "contracts/PasteboardContract.h"
+#include "contracts/PowerContract.h"
 #include "contracts/PreferencesContract.h"
 #include "contracts/SchedulerContract.h"
 #include "contracts/ScreensContract.h"
@@ -175,6 +176,16 @@ struct MemoryKeyboardGrabBackend {
     bool keysReachPrograms() { return !memory.isHeld(); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, KeyboardGrabContract, MemoryKeyboardGrabBackend);
+
+struct MemoryPowerBackend {
+    MemoryPower memory;
+
+    Power& power() { return memory; }
+    void takeAbilityAway() { memory.isAvailable = false; }
+    int holders() { return int(memory.held().size()); }
+    void loseAll() { memory.loseAll(); }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PowerContract, MemoryPowerBackend);
 
 struct MemoryScreensBackend {
     MemoryScreens memory;
