@@ -195,11 +195,11 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
         if (std::find(entry->grabs.begin(), entry->grabs.end(), pressed) != entry->grabs.end())
             ids.push_back(entry->id);
     }
-    if (ids.empty())
-        return false;
     checkKeyDown();
     if (m_keyDown == event.detail)
-        return true;
+        return true; // also when its modifiers were let go first: it is not meant to be typed
+    if (ids.empty())
+        return false;
     for (const uint32_t id : ids)
         report(id);
     m_keyDown = event.detail;
