@@ -1,9 +1,7 @@
 #pragma once
 
 #include "platform/linux/x11/X11Connection.h"
-#include "platform/Scheduler.h"
-
-#include <QString>
+#include "platform/linux/x11/X11KeysUp.h"
 
 namespace quillet {
 
@@ -23,21 +21,16 @@ public:
     /// Why the display cannot be turned off, for people; empty where it can.
     const QString& whyNoSleep() const { return m_whyNoSleep; }
 
-    /// Turns the display off once keys and buttons have been up for a moment. Only where it can be.
+    /// Turns the display off, where it can be, once no key or button is down any more.
     void sleep();
 
 private:
-    bool isAnythingDown() const;
-    void lookAtKeys();
     void turnOff();
 
     X11Connection& m_connection;
-    Scheduler& m_scheduler;
+    X11KeysUp m_keysUp;
     bool m_canSuspend = false;
     QString m_whyNoSleep;
-    std::unique_ptr<RepeatingTimer> m_waiting; ///< for keys and buttons to come up
-    int m_looks = 0;
-    int m_quietLooks = 0; ///< in a row, the last one included
 };
 
 } // namespace quillet

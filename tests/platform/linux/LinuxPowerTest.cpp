@@ -1,0 +1,323 @@
+#include "platform/linux/dbus/LinuxPower.h"
+#include "contracts/PowerContract.h"
+#include "contracts/SpinUntil.h"
+#include "platform/linux/x11/X11DisplayPower.h"
+#include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryScheduler.h"
+#include "support/PrivateBus.h"
+
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <QDBusPendingCall>
+#include <QDBusUnixFileDescriptor>
+#include <unistd.h>
+
+namespace quillet {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using enum Power::AssertionType;
+
+namespace {
+
+/// A service that keeps the machine awake, at once, when told to, or not at all.
+class FakeInhibitor : public FakeService {
+public:
+    enum class Manner { grants, waits, refuses };
+
+    FakeInhibitor(PrivateBus& bus, const QString& name, const QString& path,
+                  Manner itsManner = Manner::grants)
+        : FakeService(bus, name, path), manner(itsManner) {
+        answers[u"Inhibit"_s] = [this](const QDBusMessage& call) {
+            calls.append(call.arguments());
+            if (manner == Manner::refuses)
+                return call.createErrorReply(QDBusError::AccessDenied, u"not today"_s);
+            waiting.append(call);
+            return manner == Manner::waits ? QDBusMessage() : grant();
+        };
+        answers[u"UnInhibit"_s] = [this](const QDBusMessage& call) {
+            EXPECT_TRUE(cookies.remove(call.arguments().at(0).toUInt()));
+            return call.createReply();
+        };
+        answers[u"Uninhibit"_s] = answers[u"UnInhibit"_s];
+    }
+
+    void answerLate() { send(grant()); }
+
+    virtual int held() { return int(cookies.size()); }
+
+    Manner manner;
+    QList<QVariantList> calls;
+    QList<QDBusMessage> waiting;
+
+protected:
+    virtual QVariant newGrant() {
+        cookies.insert(++m_lastCookie);
+        return m_lastCookie;
+    }
+
+private:
+    QDBusMessage grant() { return waiting.takeFirst().createReply(newGrant()); }
+
+    QSet<uint> cookies;
+    uint m_lastCookie = 100;
+};
+
+const QString logindName = u"org.freedesktop.login1"_s;
+const QString logindPath = u"/org/freedesktop/login1"_s;
+const QString sessionName = u"org.gnome.SessionManager"_s;
+const QString sessionPath = u"/org/gnome/SessionManager"_s;
+const QString powerName = u"org.freedesktop.PowerManagement"_s;
+const QString powerPath = u"/org/freedesktop/PowerManagement/Inhibit"_s;
+const QString saverName = u"org.freedesktop.ScreenSaver"_s;
+const QString saverPath = u"/org/freedesktop/ScreenSaver"_s;
+
+/// Holds as long as the file that it hands out is open.
+class FakeLogind : public FakeInhibitor {
+public:
+    explicit FakeLogind(PrivateBus& bus, Manner itsManner = Manner::grants)
+        : FakeInhibitor(bus, logindName, logindPath, itsManner) {}
+    ~FakeLogind() override {
+        for (const int end : m_ends)
+            close(end);
+    }
+
+    int held() override {
+        return int(std::count_if(m_ends.begin(), m_ends.end(), [](int end) {
+            pollfd watched{end, POLLIN, 0};
+            return poll(&watched, 1, 0) == 0;
+        }));
+    }
+
+protected:
+    QVariant newGrant() override {
+        int ends[2];
+        if (pipe(ends) != 0)
+            qFatal("no pipe");
+        m_ends.push_back(ends[0]);
+        const QDBusUnixFileDescriptor handedOut(ends[1]);
+        close(ends[1]);
+        return QVariant::fromValue(handedOut);
+    }
+
+private:
+    std::vector<int> m_ends;
+};
+
+} // namespace
+
+class LinuxPowerTest : public testing::Test {
+protected:
+    using Manner = FakeInhibitor::Manner;
+
+    LinuxPowerTest() = default;
+
+    LinuxPower& start() {
+        power.emplace(Buses{session.connect(), system.connect()}, commands, scheduler, nullptr);
+        return *power;
+    }
+
+    std::unique_ptr<Power::Assertion> hold(Power::AssertionType type) {
+        auto assertion = power->assertion(type, u"reading"_s);
+        if (assertion)
+            assertion->onLost = [this] { ++losses; };
+        return assertion;
+    }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return spinUntil([&] {
+            scheduler.advance(0ms);
+            return condition();
+        });
+    }
+
+    /// Whether it is known that no service is there.
+    bool seesNobody() {
+        return waitFor([&] { return !power->whyNotAwake().isEmpty(); });
+    }
+
+    PrivateBus session;
+    PrivateBus system;
+    MemoryScheduler scheduler;
+    MemoryCommands commands{scheduler};
+    std::optional<LinuxPower> power;
+    int losses = 0;
+};
+
+TEST_F(LinuxPowerTest, everyServiceIsAskedForWhatTheTypeMeansAndGetsItBack) {
+    FakeLogind logind(system);
+    FakeInhibitor manager(session, sessionName, sessionPath);
+    FakeInhibitor powerManager(session, powerName, powerPath);
+    FakeInhibitor saver(session, saverName, saverPath);
+    const auto held = [&] {
+        return std::vector{logind.held(), manager.held(), powerManager.held(), saver.held()};
+    };
+    start();
+
+    auto assertion = hold(preventUserIdleDisplaySleep);
+    EXPECT_TRUE(waitFor([&] { return held() == std::vector{1, 1, 1, 1}; }));
+    EXPECT_THAT(logind.calls,
+                ElementsAre(QVariantList{u"sleep:idle"_s, u"Quillet"_s, u"reading"_s, u"block"_s}));
+    EXPECT_THAT(manager.calls, ElementsAre(QVariantList{u"Quillet"_s, 0u, u"reading"_s, 12u}));
+    EXPECT_THAT(powerManager.calls, ElementsAre(QVariantList{u"Quillet"_s, u"reading"_s}));
+    EXPECT_THAT(saver.calls, ElementsAre(QVariantList{u"Quillet"_s, u"reading"_s}));
+
+    assertion.reset();
+    assertion = hold(preventUserIdleSystemSleep);
+    EXPECT_TRUE(waitFor([&] { return held() == std::vector{1, 1, 1, 0}; }));
+    EXPECT_EQ(logind.calls.last(),
+              (QVariantList{u"sleep"_s, u"Quillet"_s, u"reading"_s, u"block"_s}));
+    EXPECT_EQ(manager.calls.last(), (QVariantList{u"Quillet"_s, 0u, u"reading"_s, 4u}));
+    EXPECT_EQ(saver.calls.size(), 1) << "the display may sleep";
+
+    assertion.reset();
+    EXPECT_TRUE(waitFor([&] { return held() == std::vector{0, 0, 0, 0}; }));
+    EXPECT_EQ(losses, 0);
+}
+
+TEST_F(LinuxPowerTest, whatIsGrantedAfterTheReleaseIsGivenBack) {
+    FakeLogind logind(system, Manner::waits);
+    FakeInhibitor manager(session, sessionName, sessionPath, Manner::waits);
+    start();
+    auto assertion = hold(preventUserIdleSystemSleep);
+    ASSERT_TRUE(waitFor([&] { return logind.waiting.size() + manager.waiting.size() == 2; }));
+    assertion.reset();
+    logind.answerLate();
+    manager.answerLate();
+    EXPECT_EQ(logind.held() + manager.held(), 2);
+    EXPECT_TRUE(waitFor([&] { return logind.held() + manager.held() == 0; }));
+}
+
+TEST_F(LinuxPowerTest, silenceIsALossAfterTenSecondsAndALaterGrantIsGivenBack) {
+    FakeInhibitor manager(session, sessionName, sessionPath, Manner::waits);
+    start();
+    const auto assertion = hold(preventUserIdleSystemSleep);
+    ASSERT_TRUE(waitFor([&] { return manager.waiting.size() == 1; }));
+    scheduler.advance(9.9s);
+    EXPECT_EQ(losses, 0);
+    scheduler.advance(0.2s);
+    EXPECT_EQ(losses, 1);
+    manager.answerLate();
+    EXPECT_TRUE(waitFor([&] { return manager.held() == 0; }));
+}
+
+TEST_F(LinuxPowerTest, aRefusalIsALossOnlyWhereNobodyElseHoldsIt) {
+    FakeInhibitor manager(session, sessionName, sessionPath, Manner::refuses);
+    std::optional<FakeInhibitor> powerManager(std::in_place, session, powerName, powerPath);
+    start();
+    auto assertion = hold(preventUserIdleSystemSleep);
+    ASSERT_TRUE(waitFor([&] { return manager.calls.size() == 1 && powerManager->held() == 1; }));
+    scheduler.advance(1min);
+    EXPECT_EQ(losses, 0);
+
+    assertion.reset();
+    powerManager->manner = Manner::refuses;
+    assertion = hold(preventUserIdleSystemSleep);
+    EXPECT_TRUE(waitFor([&] { return losses == 1; })) << "without any time passing";
+}
+
+TEST_F(LinuxPowerTest, aServiceThatStartsAnewOrLaterIsAskedAgain) {
+    std::optional<FakeInhibitor> manager(std::in_place, session, sessionName, sessionPath);
+    start();
+    const auto assertion = hold(preventUserIdleDisplaySleep);
+    ASSERT_TRUE(waitFor([&] { return manager->held() == 1; }));
+    manager.reset();
+    ASSERT_TRUE(seesNobody());
+    scheduler.advance(9s);
+    manager.emplace(session, sessionName, sessionPath);
+    EXPECT_TRUE(waitFor([&] { return manager->held() == 1; }));
+    FakeInhibitor saver(session, saverName, saverPath);
+    EXPECT_TRUE(waitFor([&] { return saver.held() == 1; }));
+    scheduler.advance(1min);
+    EXPECT_EQ(losses, 0);
+    EXPECT_EQ(manager->calls.size(), 1);
+
+    manager.reset();
+    EXPECT_EQ(losses, 0) << "the other one holds it";
+}
+
+TEST_F(LinuxPowerTest, anOlderScreenSaverIsFoundWhereItUsedToBe) {
+    FakeInhibitor saver(session, saverName, u"/ScreenSaver"_s);
+    start();
+    auto assertion = hold(preventUserIdleDisplaySleep);
+    EXPECT_TRUE(waitFor([&] { return saver.held() == 1; }));
+    assertion.reset();
+    EXPECT_TRUE(waitFor([&] { return saver.held() == 0; }));
+}
+
+TEST_F(LinuxPowerTest, withoutServicesOrBusesNothingIsHeld) {
+    start();
+    EXPECT_TRUE(seesNobody());
+    EXPECT_EQ(hold(preventUserIdleDisplaySleep), nullptr);
+
+    const QDBusConnection none{QString()};
+    power.emplace(Buses{none, none}, commands, scheduler, nullptr);
+    EXPECT_EQ(hold(preventUserIdleDisplaySleep), nullptr);
+    power->startScreenSaver();
+    EXPECT_TRUE(waitFor([&] { return commands.calls.size() == 3; })) << "all that are left";
+}
+
+TEST_F(LinuxPowerTest, theFirstScreenSaverThatObeysIsTheOnlyOne) {
+    const auto name = [](const QString& desktop) { return u"org.%1.ScreenSaver"_s.arg(desktop); };
+    const auto path = [](const QString& desktop) { return u"/org/%1/ScreenSaver"_s.arg(desktop); };
+    std::vector<QString> told;
+    FakeService withoutMethod(session, saverName, saverPath);
+    FakeService unwilling(session, name(u"cinnamon"_s), path(u"cinnamon"_s));
+    unwilling.answers[u"SetActive"_s] = [&](const QDBusMessage& call) {
+        told.push_back(u"unwilling"_s);
+        return call.createReply(false);
+    };
+    std::optional<FakeService> willing(std::in_place, session, name(u"mate"_s), path(u"mate"_s));
+    willing->answers[u"SetActive"_s] = [&](const QDBusMessage& call) {
+        told.push_back(call.arguments() == QVariantList{true} ? u"willing"_s : u"wrong"_s);
+        return call.createReply();
+    };
+    start().startScreenSaver();
+    EXPECT_TRUE(waitFor([&] { return told.size() == 2; }));
+    EXPECT_THAT(told, ElementsAre(u"unwilling"_s, u"willing"_s));
+    EXPECT_THAT(commands.calls, IsEmpty());
+
+    willing.reset();
+    commands.results = {{u"xdg-screensaver"_s, {0, {}}}};
+    power->startScreenSaver();
+    EXPECT_TRUE(waitFor([&] { return commands.calls.size() == 2; }));
+    EXPECT_EQ(commands.calls,
+              (QStringList{u"xfce4-screensaver-command -a"_s, u"xdg-screensaver activate"_s}));
+}
+
+struct LinuxPowerBackend {
+    PrivateBus session;
+    MemoryScheduler scheduler;
+    MemoryCommands commands{scheduler};
+    std::optional<FakeInhibitor> service{std::in_place, session, powerName, powerPath};
+    QDBusConnection ours = session.connect();
+    LinuxPower dbus{{ours, QDBusConnection(QString())}, commands, scheduler, nullptr};
+
+    Power& power() { return dbus; }
+    void takeAbilityAway() {
+        service.reset();
+        spinUntil([&] { return !dbus.whyNotAwake().isEmpty(); });
+    }
+    int holders() {
+        // Behind an answer to what was sent before, and behind what that answer made us send.
+        settle();
+        settle();
+        return service->held();
+    }
+    void loseAll() {
+        takeAbilityAway();
+        scheduler.advance(11s);
+    }
+
+    void settle() {
+        const QDBusPendingCall call = ours.asyncCall(QDBusMessage::createMethodCall(
+            powerName, powerPath, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
+        spinUntil([&] { return call.isFinished(); });
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PowerContract, LinuxPowerBackend);
+
+} // namespace quillet
