@@ -74,5 +74,16 @@ TEST(ScreenGeometry, aStrutThatWouldLeaveNothingOfAMonitorIsIgnoredThere) {
     EXPECT_EQ(monitors[1].workHeight, 460);
 }
 
+TEST(ScreenGeometry, aMonitorTakesTheWorkAreaThatLiesInIt) {
+    std::vector monitors = {monitor(u"L"_s, 0, 0, 1000, 500, 1, true),
+                            monitor(u"R"_s, 1000, 0, 1000, 600, 1),
+                            monitor(u"T"_s, 0, 500, 1000, 400, 1)};
+    applyWorkAreas(monitors, {{}, {1000, 30, 1000, 570}, {0, 30, 1000, 470}, {0, 400, 1000, 300}});
+    const auto screens = ScreenGeometry(monitors).screens();
+    EXPECT_EQ(screens[0].visibleFrame, (Rect{{0, 0}, {1000, 470}}));
+    EXPECT_EQ(screens[1].visibleFrame, (Rect{{1000, -100}, {1000, 570}}));
+    EXPECT_EQ(screens[2].visibleFrame, screens[2].frame); // one that spans monitors is nobody's
+}
+
 } // namespace
 } // namespace quillet

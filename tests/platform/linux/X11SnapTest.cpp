@@ -283,6 +283,16 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
         EXPECT_TRUE(comesTo(application, {960, 520, 960, 520}));
         snapper.moveToNextDisplay();
         EXPECT_TRUE(comesTo(application, {0, 540, 960, 540}));
+
+        // The desktop's own word for each monitor comes first.
+        const std::array<uint32_t, 8> areas{960, 30, 960, 1050, 0, 20, 960, 1060};
+        dock.setProperty(dock.root(), dock.atom("_GTK_WORKAREAS_D0"), XCB_ATOM_CARDINAL,
+                         {reinterpret_cast<const char*>(areas.data()), sizeof areas}, 32);
+        dock.serverTime();
+        snapper.snap(Position::maximize);
+        EXPECT_TRUE(comesTo(application, {0, 20, 960, 1060}));
+        xcb_delete_property(dock.connection(), dock.root(), dock.atom("_GTK_WORKAREAS_D0"));
+        dock.serverTime();
     }
     run(u"xrandr --delmonitor Right"_s);
     run(u"xrandr --delmonitor Left"_s);

@@ -136,4 +136,18 @@ void applyStruts(std::vector<MonitorPixels>& monitors, const std::vector<Strut>&
     }
 }
 
+void applyWorkAreas(std::vector<MonitorPixels>& monitors, const std::vector<PixelRect>& areas) {
+    for (MonitorPixels& m : monitors) {
+        const auto own = std::ranges::find_if(areas, [&m](const PixelRect& area) {
+            return area != PixelRect{} && area.intersection({m.x, m.y, m.width, m.height}) == area;
+        });
+        if (own == areas.end())
+            continue;
+        m.workX = own->x;
+        m.workY = own->y;
+        m.workWidth = own->width;
+        m.workHeight = own->height;
+    }
+}
+
 } // namespace quillet

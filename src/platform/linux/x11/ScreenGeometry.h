@@ -78,4 +78,7 @@ private:
 void applyStruts(std::vector<MonitorPixels>& monitors, const std::vector<Strut>& struts,
                  int rootWidth, int rootHeight);
 
+/// Gives each monitor the work area that lies in it; a monitor without one keeps what it has.
+void applyWorkAreas(std::vector<MonitorPixels>& monitors, const std::vector<PixelRect>& areas);
+
 } // namespace quillet

@@ -10,6 +10,7 @@ namespace quillet {
 namespace {
 
 constexpr uint32_t mostClients = 1024;
+constexpr uint32_t mostAreas = 64;
 
 double scaleOf(const QString& name) {
     for (const QScreen* screen : QGuiApplication::screens()) {
@@ -80,6 +81,59 @@ private:
 
     xcb_connection_t* m_xcb;
     std::vector<Asked> m_asked;
+};
+
+std::vector<PixelRect> rectangles(const std::vector<uint32_t>& values) {
+    std::vector<PixelRect> rectangles;
+    for (size_t i = 0; i + 4 <= values.size(); i += 4) {
+        const auto at = [&](size_t offset) { return static_cast<int>(values[i + offset]); };
+        rectangles.push_back({at(0), at(1), at(2), at(3)});
+    }
+    return rectangles;
+}
+
+/// What is asked of the window manager about the usable areas of a virtual desktop.
+class WorkAreaQuestions {
+public:
+    WorkAreaQuestions(const X11Connection& connection, uint32_t desktop)
+        : m_connection(connection),
+          m_desktop(desktop),
+          m_current(ask("_NET_CURRENT_DESKTOP", 1)),
+          m_monitors(askForMonitors(desktop)),
+          m_desktops(ask("_NET_WORKAREA", 4 * mostAreas)) {}
+
+    struct Answers {
+        uint32_t desktop = 0;
+        std::vector<PixelRect> ofMonitors;
+        std::vector<PixelRect> ofDesktops;
+    };
+
+    Answers answers() const {
+        const auto current = valuesOf(m_connection.xcb(), m_current);
+        Answers answers{current.empty() ? 0 : current.front(),
+                        rectangles(valuesOf(m_connection.xcb(), m_monitors)),
+                        rectangles(valuesOf(m_connection.xcb(), m_desktops))};
+        if (answers.desktop != m_desktop) {
+            answers.ofMonitors =
+                rectangles(valuesOf(m_connection.xcb(), askForMonitors(answers.desktop)));
+        }
+        return answers;
+    }
+
+private:
+    xcb_get_property_cookie_t ask(const QByteArray& name, uint32_t count) const {
+        return xcb_get_property(m_connection.xcb(), 0, m_connection.root(), m_connection.atom(name),
+                                XCB_ATOM_CARDINAL, 0, count);
+    }
+    xcb_get_property_cookie_t askForMonitors(uint32_t desktop) const {
+        return ask("_GTK_WORKAREAS_D" + QByteArray::number(desktop), 4 * mostAreas);
+    }
+
+    const X11Connection& m_connection;
+    uint32_t m_desktop;
+    xcb_get_property_cookie_t m_current;
+    xcb_get_property_cookie_t m_monitors;
+    xcb_get_property_cookie_t m_desktops;
 };
 
 } // namespace
@@ -171,6 +225,7 @@ ScreenGeometry X11Screens::geometryWithWorkAreas() const {
         xcb_get_property(m_connection.xcb(), 0, m_connection.root(),
                          m_connection.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, mostClients);
     const StrutQuestions known(m_connection, m_clients);
+    const WorkAreaQuestions workAreas(m_connection, m_desktop);
     Monitors found = monitors();
     const auto before = std::exchange(m_clients, valuesOf(m_connection.xcb(), clientsAsked));
     std::vector<xcb_window_t> fresh;
@@ -182,6 +237,13 @@ ScreenGeometry X11Screens::geometryWithWorkAreas() const {
     std::ranges::copy(added.answers(m_clients, found.rootWidth, found.rootHeight),
                       std::back_inserter(struts));
     applyStruts(found.list, struts, found.rootWidth, found.rootHeight);
+
+    const WorkAreaQuestions::Answers areas = workAreas.answers();
+    m_desktop = areas.desktop;
+    applyWorkAreas(found.list, areas.ofMonitors);
+    if (areas.ofMonitors.empty() && struts.empty() && found.list.size() == 1 &&
+        m_desktop < areas.ofDesktops.size())
+        applyWorkAreas(found.list, {areas.ofDesktops[m_desktop]});
     return ScreenGeometry(std::move(found.list));
 }
 

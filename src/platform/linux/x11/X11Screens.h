@@ -7,7 +7,9 @@ class QScreen;
 
 namespace quillet {
 
-/// Monitors by RandR 1.5, their work areas by the panels' struts, their scale by the toolkit. As
+/// Monitors by RandR 1.5, their scale by the toolkit. Their work areas are by the desktop's word
+/// for each monitor (_GTK_WORKAREAS_D*), else by the panels' struts; its one work area for all
+/// (_NET_WORKAREA) counts where there are neither and one monitor only. As
 /// much as possible is asked at once: somebody waits for what is to be placed.
 class X11Screens : public Screens {
 public:
@@ -37,6 +39,7 @@ private:
 
     X11Connection& m_connection;
     mutable std::vector<xcb_window_t> m_clients; ///< the windows there were last time
+    mutable uint32_t m_desktop = 0;              ///< the virtual desktop of last time
     mutable std::optional<std::vector<MonitorPixels>> m_last;
     QObject m_context; ///< of the connections to the toolkit's signals
 };
