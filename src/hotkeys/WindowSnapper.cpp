@@ -6,15 +6,16 @@
 namespace quillet {
 namespace {
 
-constexpr double tolerance = 1;     // window managers round
-constexpr double coarsestStep = 48; // of the sizes that a terminal with large letters takes
+constexpr double roundingError = 0.75; // pixels are whole, points may not be
+constexpr double forgivable = 2;       // of a window manager that counts its borders differently
+constexpr double coarsestStep = 48;    // of the sizes that a terminal with large letters takes
 constexpr size_t mostPasts = 64;
 
-bool isNear(const Point& a, const Point& b) {
-    return std::abs(a.x - b.x) <= tolerance && std::abs(a.y - b.y) <= tolerance;
+bool isNear(const Point& a, const Point& b, double within = roundingError) {
+    return std::abs(a.x - b.x) <= within && std::abs(a.y - b.y) <= within;
 }
 
-bool isNear(const Size& a, const Size& b, double within = tolerance) {
+bool isNear(const Size& a, const Size& b, double within = roundingError) {
     return std::abs(a.width - b.width) <= within && std::abs(a.height - b.height) <= within;
 }
 
@@ -140,7 +141,7 @@ void WindowSnapper::verify(Move move, const std::optional<Rect>& frame) {
         move.target = {corner, frame->size};
         move.anchor = {};
         apply(move);
-    } else if (ignored || !inPlace) {
+    } else if (ignored || !isNear(frame->origin, corner, forgivable)) {
         refuse();
     }
 }

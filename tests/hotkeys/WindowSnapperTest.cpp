@@ -151,6 +151,7 @@ TEST_F(WindowSnapperTest, aWindowWithASizeOfItsOwnKeepsTheEdgesOfItsPosition) {
     for (const Row& row : {Row{Position::left, {}, {9, 18}, {{0, 25}, {720, 900}}},
                            Row{Position::right, {}, {17, 18}, {{726, 25}, {714, 900}}},
                            Row{Position::bottom, {}, {9, 40}, {{0, 485}, {1440, 440}}},
+                           Row{Position::bottom, {}, {1, 449}, {{0, 476}, {1440, 449}}},
                            Row{Position::right, {800, 950}, {1, 1}, {{640, 25}, {800, 950}}},
                            Row{Position::center, {700, 1}, {1, 1}, {{370, 275}, {700, 400}}}}) {
         window = windows.open({{100, 100}, {500, 400}});
