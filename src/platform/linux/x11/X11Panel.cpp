@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11Panel.h"
 
+#include <array>
 #include <cmath>
 #include <QApplication>
 #include <QBitmap>
@@ -19,6 +20,8 @@ namespace {
 // The key that opened the panel may still be down, or a menu of another program be closing.
 constexpr Scheduler::Duration grabRetry{10};
 constexpr int grabAttempts = 60;
+
+constexpr uint8_t sentByProgram = 0x80;
 
 /// The toolkit's connection made the window, so requests about it keep their order there. Null
 /// where somebody chose another backend for the toolkit.
@@ -44,18 +47,32 @@ X11Panel::X11Panel(X11Panels& panels, QWidget& content, const PanelStyle& style)
     : m_panels(panels), m_content(content), m_style(style) {
     // Without WindowDoesNotAcceptFocus the toolkit would set the focus when a menu of the panel
     // closes, and no window would be the active one.
-    content.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
-                           Qt::X11BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
+    content.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::X11BypassWindowManagerHint |
+                           Qt::WindowDoesNotAcceptFocus);
     content.setAttribute(Qt::WA_TranslucentBackground);
     content.setAttribute(Qt::WA_ShowWithoutActivating);
     content.setAttribute(Qt::WA_QuitOnClose, false);
     content.winId(); // makes the window
+    tellFrameExtents();
+    qApp->installNativeEventFilter(this);
     connect(content.windowHandle(), &QWindow::screenChanged, this, [this] { takePixels(); });
 }
 
 X11Panel::~X11Panel() {
+    qApp->removeNativeEventFilter(this);
     orderOut();
     m_panels.removed(*this);
+}
+
+/// The toolkit asks for them whenever the panel moves, and climbs the tree of windows if there are
+/// none.
+void X11Panel::tellFrameExtents() {
+    if (!toolkit())
+        return;
+    constexpr std::array<uint32_t, 4> none{};
+    xcb_change_property(toolkit(), XCB_PROP_MODE_REPLACE, windowOf(m_content),
+                        m_panels.m_connection.atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32,
+                        none.size(), none.data());
 }
 
 void X11Panel::setFrame(const Rect& frame) {
@@ -129,6 +146,18 @@ bool X11Panel::eventFilter(QObject* object, QEvent* event) {
     return false;
 }
 
+/// The toolkit distrusts the position in such an event unless another program sent it, and asks the
+/// server, as a window manager may have put the window into a frame.
+bool X11Panel::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+    if (type != "xcb_generic_event_t")
+        return false;
+    auto& event = *static_cast<xcb_generic_event_t*>(message);
+    if (event.response_type == XCB_CONFIGURE_NOTIFY &&
+        reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == windowOf(m_content))
+        event.response_type |= sentByProgram;
+    return false;
+}
+
 /// Clicks reach what is below, except on the card. Where windows cannot be translucent, nothing
 /// but the card is there at all.
 void X11Panel::applyShape() {
@@ -160,16 +189,33 @@ void X11Panel::applyShape() {
 
 void X11Panel::takeKeyboard(int attemptsLeft) {
     m_retry.reset();
-    if (!m_isKey || QApplication::activePopupWidget())
+    if (!m_isKey || !toolkit() || QApplication::activePopupWidget())
         return;
-    if (m_content.windowHandle()->setKeyboardGrabEnabled(true))
-        return;
-    if (attemptsLeft == 0) {
-        takeFocus();
-        return;
-    }
-    m_retry = m_panels.m_scheduler.after(grabRetry,
-                                         [this, attemptsLeft] { takeKeyboard(attemptsLeft - 1); });
+    // The panel need not wait for the answer to show itself.
+    forgetGrab();
+    m_grabAsked = xcb_grab_keyboard(toolkit(), 0, windowOf(m_content), XCB_CURRENT_TIME,
+                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    xcb_flush(toolkit());
+    m_retry = m_panels.m_scheduler.after(grabRetry, [this, attemptsLeft] {
+        if (hasTakenKeyboard())
+            return;
+        if (attemptsLeft == 0)
+            takeFocus();
+        else
+            takeKeyboard(attemptsLeft - 1);
+    });
+}
+
+bool X11Panel::hasTakenKeyboard() {
+    const auto asked = std::exchange(m_grabAsked, std::nullopt);
+    const XcbOwned<xcb_grab_keyboard_reply_t> reply(
+        xcb_grab_keyboard_reply(toolkit(), *asked, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void X11Panel::forgetGrab() {
+    if (const auto asked = std::exchange(m_grabAsked, std::nullopt))
+        xcb_discard_reply(toolkit(), asked->sequence);
 }
 
 void X11Panel::takeFocus() {
@@ -188,6 +234,7 @@ void X11Panel::giveKeyboardBack() {
         return;
     m_isKey = false;
     m_retry.reset();
+    forgetGrab();
     qApp->removeEventFilter(this);
     m_content.windowHandle()->setKeyboardGrabEnabled(false);
     if (m_focusBefore != XCB_WINDOW_NONE) {

@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/X11Panels.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QObject>
 
 namespace quillet {
@@ -9,7 +10,7 @@ namespace quillet {
 /// One window that the window manager leaves alone. It takes the keyboard by a grab, so that the
 /// active window stays what it was; where another program has grabbed the keyboard for good, by
 /// the input focus.
-class X11Panel : public QObject, public Panel {
+class X11Panel : public QObject, public Panel, private QAbstractNativeEventFilter {
 public:
     X11Panel(X11Panels& panels, QWidget& content, const PanelStyle& style);
     ~X11Panel() override;
@@ -34,9 +35,13 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    void tellFrameExtents();
     void takePixels();
     void applyShape();
     void takeKeyboard(int attemptsLeft);
+    bool hasTakenKeyboard();
+    void forgetGrab();
     void takeFocus();
     void giveKeyboardBack();
 
@@ -47,6 +52,7 @@ private:
     double m_alpha = 1;
     bool m_isKey = false;
     xcb_window_t m_focusBefore = XCB_WINDOW_NONE; ///< where the focus was, if we took it
+    std::optional<xcb_grab_keyboard_cookie_t> m_grabAsked;
     std::unique_ptr<Timer> m_retry;
 };
 
