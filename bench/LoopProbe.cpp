@@ -4,6 +4,7 @@
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -69,6 +70,21 @@ void beginTurn() {
     turnBeginProcessor = milliseconds(CLOCK_THREAD_CPUTIME_ID);
 }
 
+/// The functions for the single requests leave it to the one that waits to return to their caller.
+void countWait(const void* caller) {
+    if (!isMainThread())
+        return;
+    static link_map* const program = [] {
+        link_map* map = nullptr;
+        dlinfo(dlopen(nullptr, RTLD_LAZY), RTLD_DI_LINKMAP, &map);
+        return map;
+    }();
+    Dl_info found{};
+    dladdr(caller, &found);
+    const bool isOwn = reinterpret_cast<uintptr_t>(found.dli_fbase) == program->l_addr;
+    ++(isOwn ? record().ownWaits : record().libraryWaits);
+}
+
 } // namespace
 
 extern "C" {
@@ -88,33 +104,26 @@ int poll(pollfd* files, nfds_t count, int timeout) {
 void* xcb_wait_for_reply(xcb_connection_t* connection, unsigned int request,
                          xcb_generic_error_t** error) {
     static const auto real = original(&xcb_wait_for_reply, "xcb_wait_for_reply");
-    if (!isMainThread())
-        return real(connection, request, error);
-    ++record().replies;
     void* reply = nullptr;
     if (xcb_poll_for_reply(connection, request, &reply, error))
         return reply;
-    ++record().waits;
+    countWait(__builtin_return_address(0));
     return real(connection, request, error);
 }
 
 void* xcb_wait_for_reply64(xcb_connection_t* connection, uint64_t request,
                            xcb_generic_error_t** error) {
     static const auto real = original(&xcb_wait_for_reply64, "xcb_wait_for_reply64");
-    if (!isMainThread())
-        return real(connection, request, error);
-    ++record().replies;
     void* reply = nullptr;
     if (xcb_poll_for_reply64(connection, request, &reply, error))
         return reply;
-    ++record().waits;
+    countWait(__builtin_return_address(0));
     return real(connection, request, error);
 }
 
 xcb_generic_error_t* xcb_request_check(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
     static const auto real = original(&xcb_request_check, "xcb_request_check");
-    ++record().replies;
-    ++record().waits;
+    countWait(__builtin_return_address(0));
     return real(connection, cookie);
 }
 

@@ -18,8 +18,9 @@ struct LoopRecord {
         float processor;
     };
 
-    std::atomic<uint32_t> replies; ///< of the X server, one for each request that wanted one
-    std::atomic<uint32_t> waits;   ///< of these, those that had not come yet when they were needed
+    /// Replies of the X server that had not come yet when they were needed.
+    std::atomic<uint32_t> ownWaits;     ///< of the program
+    std::atomic<uint32_t> libraryWaits; ///< of its libraries, the toolkit above all
     std::atomic<uint32_t> turns;
     std::array<Turn, 1 << 16> turn; ///< the last so many; number n is at n modulo the size
 };

@@ -66,13 +66,12 @@ public:
     /// Leaves out of all figures what was until now.
     void forget() {
         m_turns = m_record->turns;
-        m_replies = m_record->replies;
-        m_waits = m_record->waits;
+        m_ownWaits = m_record->ownWaits;
+        m_libraryWaits = m_record->libraryWaits;
     }
 
-    uint32_t turns() const { return m_record->turns - m_turns; }
-    uint32_t replies() const { return m_record->replies - m_replies; }
-    uint32_t waits() const { return m_record->waits - m_waits; }
+    uint32_t ownWaits() const { return m_record->ownWaits - m_ownWaits; }
+    uint32_t libraryWaits() const { return m_record->libraryWaits - m_libraryWaits; }
 
     double longestTurn() const { return longest(&LoopRecord::Turn::wall); }
     double longestTurnOfProcessor() const { return longest(&LoopRecord::Turn::processor); }
@@ -92,8 +91,8 @@ private:
     QFile m_file{m_folder.filePath(u"record"_s)};
     const LoopRecord* m_record = nullptr;
     uint32_t m_turns = 0;
-    uint32_t m_replies = 0;
-    uint32_t m_waits = 0;
+    uint32_t m_ownWaits = 0;
+    uint32_t m_libraryWaits = 0;
 };
 
 /// Keyboard and mouse of the desktop, and somebody's eyes.
@@ -215,11 +214,11 @@ struct Desk {
 
     /// Waits until the program has nothing more to do, thumbnails included.
     void settle() const {
-        for (int quiet = 0; quiet < 3;) {
-            const uint32_t turns = probe.turns();
+        constexpr double blinkOfCaret = 5;
+        for (int quiet = 0; quiet < 2;) {
+            const double before = quillet.processorMilliseconds();
             std::this_thread::sleep_for(100ms);
-            // A poll of the clipboard is a turn now and then.
-            quiet = probe.turns() - turns <= 1 ? quiet + 1 : 0;
+            quiet = quillet.processorMilliseconds() - before < blinkOfCaret ? quiet + 1 : 0;
         }
     }
 
@@ -239,8 +238,8 @@ struct Desk {
             return now.back() != before.back() && now.back() != now.front();
         });
         painted = milliseconds(Clock::now() - begin);
-        replies = probe.replies();
-        waits = probe.waits();
+        ownWaits = probe.ownWaits();
+        libraryWaits = probe.libraryWaits();
         if (!isPainted)
             qFatal("the shelf shows no card");
         for (const xcb_keysym_t key : {xcb_keysym_t('v'), super, shift})
@@ -255,8 +254,8 @@ struct Desk {
 
     double mapped = 0; ///< milliseconds since the key was pressed
     double painted = 0;
-    uint32_t replies = 0;
-    uint32_t waits = 0;
+    uint32_t ownWaits = 0; ///< for the X server, until it was painted
+    uint32_t libraryWaits = 0;
 
 private:
     template<typename Condition>
@@ -274,26 +273,27 @@ private:
 void measureShows(Desk& desk, FigureTable& table) {
     std::vector<double> mapped;
     std::vector<double> painted;
-    std::vector<double> replies;
-    std::vector<double> waits;
+    std::vector<double> ownWaits;
+    std::vector<double> libraryWaits;
     for (int i = 0; i < shows; ++i) {
         desk.show();
         if (i == 0)
             table.note("first of all", desk.painted, "ms");
         mapped.push_back(desk.mapped);
         painted.push_back(desk.painted);
-        replies.push_back(desk.replies);
-        waits.push_back(desk.waits);
+        ownWaits.push_back(desk.ownWaits);
+        libraryWaits.push_back(desk.libraryWaits);
         desk.hide();
     }
     table.note("shortcut until the panel is mapped, median of 31", median(mapped), "ms");
     table.add("shortcut until its cards are painted, median of 31", median(painted), 80, "ms");
     table.note("the same, longest", largest(painted), "ms");
-    table.add("X replies waited for on the way, most of 31", largest(waits), 3, "");
-    table.note("X replies on the way", largest(replies), "");
+    table.add("X replies waited for until then, most of 31", largest(ownWaits), 3, "");
+    table.note("X replies that the toolkit waited for, median", median(libraryWaits), "");
     std::vector<double> repaints;
     desk.show();
-    table.note("X replies until the panel is at rest", desk.probe.replies(), "");
+    table.note("both until the panel is at rest", desk.probe.ownWaits() + desk.probe.libraryWaits(),
+               "");
     for (const char key : {'t', 'e', 'x', 't'}) {
         desk.probe.forget();
         desk.user.type(static_cast<xcb_keysym_t>(key));
