@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
+#include <optional>
 #include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -52,22 +53,36 @@ double milliseconds(clockid_t clock) {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-double turnBegin = 0;
-double turnBeginProcessor = 0;
-
-void endTurn() {
-    if (turnBegin == 0)
-        return;
-    LoopRecord& seen = record();
-    seen.turn[seen.turns % seen.turn.size()] = {
-        static_cast<float>(milliseconds(CLOCK_MONOTONIC) - turnBegin),
-        static_cast<float>(milliseconds(CLOCK_THREAD_CPUTIME_ID) - turnBeginProcessor)};
-    ++seen.turns;
+/// How long the main thread has been ready while no processor was free.
+double delay() {
+    static const int file = open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC);
+    char text[96] = {};
+    char* rest = nullptr;
+    if (pread(file, text, sizeof text - 1, 0) <= 0)
+        std::abort();
+    std::strtoull(text, &rest, 10);
+    return static_cast<double>(std::strtoull(rest, nullptr, 10)) / 1e6;
 }
 
-void beginTurn() {
-    turnBegin = milliseconds(CLOCK_MONOTONIC);
-    turnBeginProcessor = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+struct Moment {
+    double wall = milliseconds(CLOCK_MONOTONIC);
+    double processor = milliseconds(CLOCK_THREAD_CPUTIME_ID);
+    double delayed = delay();
+};
+
+std::optional<Moment> turnBegin;
+
+void endTurn() {
+    if (!turnBegin)
+        return;
+    const Moment now;
+    const double whole = now.wall - turnBegin->wall;
+    const double held = whole - (now.delayed - turnBegin->delayed);
+    LoopRecord& seen = record();
+    seen.turn[seen.turns % seen.turn.size()] = {
+        static_cast<float>(now.processor - turnBegin->processor), static_cast<float>(held),
+        static_cast<float>(whole)};
+    ++seen.turns;
 }
 
 /// The functions for the single requests leave it to the one that waits to return to their caller.
@@ -97,7 +112,7 @@ int poll(pollfd* files, nfds_t count, int timeout) {
         endTurn();
     const int ready = real(files, count, timeout);
     if (endsTurn)
-        beginTurn();
+        turnBegin.emplace();
     return ready;
 }
 

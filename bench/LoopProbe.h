@@ -13,9 +13,11 @@ struct LoopRecord {
     static constexpr auto variable = "QUILLET_LOOP_RECORD";
 
     /// A turn of the event loop: from when it wakes up until it has nothing left to do.
+    /// Milliseconds.
     struct Turn {
-        float wall; ///< milliseconds
-        float processor;
+        float processor; ///< at work
+        float held;      ///< at work, or waiting for something but a processor
+        float whole;
     };
 
     /// Replies of the X server that had not come yet when they were needed.

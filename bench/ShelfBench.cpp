@@ -27,6 +27,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
+using Turn = LoopRecord::Turn;
 
 constexpr int shows = 31;
 constexpr int passes = 5;
@@ -73,11 +74,8 @@ public:
     uint32_t ownWaits() const { return m_record->ownWaits - m_ownWaits; }
     uint32_t libraryWaits() const { return m_record->libraryWaits - m_libraryWaits; }
 
-    double longestTurn() const { return longest(&LoopRecord::Turn::wall); }
-    double longestTurnOfProcessor() const { return longest(&LoopRecord::Turn::processor); }
-
-private:
-    double longest(float LoopRecord::Turn::*figure) const {
+    /// The longest turn by one of its figures.
+    double longest(float Turn::*figure) const {
         const uint32_t end = m_record->turns;
         if (end - m_turns > m_record->turn.size())
             qFatal("more turns than the probe keeps");
@@ -87,6 +85,7 @@ private:
         return static_cast<double>(longest);
     }
 
+private:
     QTemporaryDir m_folder;
     QFile m_file{m_folder.filePath(u"record"_s)};
     const LoopRecord* m_record = nullptr;
@@ -298,7 +297,7 @@ void measureShows(Desk& desk, FigureTable& table) {
         desk.probe.forget();
         desk.user.type(static_cast<xcb_keysym_t>(key));
         desk.settle();
-        repaints.push_back(desk.probe.longestTurn());
+        repaints.push_back(desk.probe.longest(&Turn::held));
     }
     table.note("keystroke until painted anew, longest turn of 4", largest(repaints), "ms");
     desk.user.type(escape);
@@ -327,14 +326,16 @@ void measureScrolling(Desk& desk, FigureTable& table) {
             desk.settle();
     }
     desk.settle();
-    table.add("first sight of 500 pictures of 3840x2160, stall", desk.probe.longestTurn(), 60,
-              "ms");
-    table.note("of that processor time", desk.probe.longestTurnOfProcessor(), "ms");
+    // A processor that other programs keep busy is not what the limit is for.
+    table.add("first sight of 500 pictures of 3840x2160, stall", desk.probe.longest(&Turn::held),
+              60, "ms");
+    table.note("of that processor time", desk.probe.longest(&Turn::processor), "ms");
+    table.note("with the wait for a processor", desk.probe.longest(&Turn::whole), "ms");
     table.add("resident memory after that", desk.mebibytes("Rss:") - memory, 120, "MiB more");
     table.note("of that its own", desk.mebibytes("Anonymous:") - ownMemory, "MiB more");
 
-    std::vector<double> wall;
-    std::vector<double> processor;
+    std::vector<double> held;
+    std::vector<double> whole;
     for (int pass = 0; pass < passes; ++pass) {
         for (const bool isForward : {false, true}) {
             desk.settle();
@@ -343,13 +344,13 @@ void measureScrolling(Desk& desk, FigureTable& table) {
                 desk.user.scroll(isForward);
                 std::this_thread::sleep_for(frame);
             }
-            wall.push_back(desk.probe.longestTurn());
-            processor.push_back(desk.probe.longestTurnOfProcessor());
+            held.push_back(desk.probe.longest(&Turn::held));
+            whole.push_back(desk.probe.longest(&Turn::whole));
         }
     }
-    table.add("longest frame over 80 thumbnails, median of 10", median(wall), 16, "ms");
-    table.note("the same in processor time", median(processor), "ms");
-    table.note("the same, longest of 10", largest(wall), "ms");
+    table.add("longest frame over 80 thumbnails, median of 10", median(held), 16, "ms");
+    table.note("the same, longest of 10", largest(held), "ms");
+    table.note("with the wait for a processor, median of 10", median(whole), "ms");
     desk.hide();
 }
 
