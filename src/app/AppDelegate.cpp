@@ -5,7 +5,9 @@
 #include "app/Logging.h"
 #include "app/look/Animation.h"
 #include "app/StatsListing.h"
+#include "app/SwitchVerbs.h"
 #include "clipboard/ThumbnailCache.h"
+#include "switches/ui/KeyboardLockHUD.h"
 
 #include <algorithm>
 #include <QCoreApplication>
@@ -35,6 +37,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
     m_services = std::make_unique<Composition>(std::move(platform));
     followDesktop();
     createPermissions();
+    createSwitches();
     registerSoundDefaults();
     if (const auto error = openContainer(dataFolder))
         return u"Failed to create model container: "_s + *error;
@@ -42,6 +45,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
     createShelf(cacheFolder);
     registerShortcuts();
     createSetupGuide();
+    restoreKeepAwake();
     offerAlternatives();
     welcome();
     return std::nullopt;
@@ -50,6 +54,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
 void AppDelegate::applicationWillTerminate() {
     if (!m_services)
         return;
+    releaseKeepAwake();
     m_services->platform.pasteboard->handOver();
     m_services.reset();
 }
@@ -71,6 +76,16 @@ void AppDelegate::createPermissions() {
                               *platform.scheduler},
         Permissions::Program{QCoreApplication::applicationFilePath(), quitSoon});
     Permissions::shared = m_services->permissions.get();
+}
+
+void AppDelegate::createSwitches() {
+    const Platform& platform = m_services->platform;
+    m_services->switches = std::make_unique<SwitchCenter>(
+        SwitchCenter::Services{*platform.power, *platform.desktop, *platform.preferences,
+                               *platform.scheduler, *m_services->permissions, *platform.keyboard},
+        showKeyboardLockHUD({m_services->theme, *platform.scheduler, *platform.panels},
+                            *platform.screens),
+        [this] { m_services->setup->show(); });
 }
 
 void AppDelegate::registerSoundDefaults() {
@@ -139,6 +154,19 @@ void AppDelegate::createSetupGuide() {
     SetupWindow::shared = m_services->setup.get();
 }
 
+void AppDelegate::restoreKeepAwake() {
+    if (m_services->platform.preferences->value(SwitchCenter::indefiniteKey()))
+        m_services->switches->setKeepAwake(true, SwitchCenter::AwakeDuration::indefinitely);
+}
+
+/// Keeps the wish that it is on again in the next run.
+void AppDelegate::releaseKeepAwake() {
+    Preferences& preferences = *m_services->platform.preferences;
+    const bool isIndefinite = preferences.value(SwitchCenter::indefiniteKey());
+    m_services->switches->setKeepAwake(false, SwitchCenter::AwakeDuration::indefinitely);
+    preferences.set(SwitchCenter::indefiniteKey(), isIndefinite);
+}
+
 void AppDelegate::welcome() {
     if (!m_services->platform.preferences->value(SetupWindow::didOnboardKey()))
         m_services->setup->show();
@@ -197,6 +225,16 @@ VerbResult AppDelegate::carryOut(const Command& command) {
         return VerbResult::done();
     case Verb::snap:
         return snap(command.choice);
+    case Verb::awakeOn:
+    case Verb::awakeOff:
+    case Verb::awakeToggle:
+    case Verb::awakeAllowDisplaySleep:
+    case Verb::dark:
+    case Verb::icons:
+    case Verb::hidden:
+    case Verb::displaySleep:
+    case Verb::keyboardLock:
+        return runSwitchVerb(command, *m_services->switches);
     case Verb::stats:
         break; // answered later
     case Verb::setup:

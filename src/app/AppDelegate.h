@@ -31,12 +31,15 @@ public:
 private:
     void followDesktop();
     void createPermissions();
+    void createSwitches();
     void registerSoundDefaults();
     std::optional<QString> openContainer(const QString& dataFolder);
     void startClipboard();
     void createShelf(const QString& cacheFolder);
     void registerShortcuts();
     void createSetupGuide();
+    void restoreKeepAwake();
+    void releaseKeepAwake();
     void offerAlternatives();
     void welcome();
     void toggleShelf();

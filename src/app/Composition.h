@@ -16,6 +16,7 @@
 #include "shelf/DragFiles.h"
 #include "shelf/ui/ShelfController.h"
 #include "stats/StatsReporter.h"
+#include "switches/SwitchCenter.h"
 
 #include <memory>
 
@@ -28,7 +29,6 @@ struct Composition {
 
     Platform platform;
     std::unique_ptr<Permissions> permissions;
-    StatsSampler stats{*platform.statistics, *platform.scheduler};
     StatsReporter statsReporter{*platform.statistics, *platform.scheduler};
     std::unique_ptr<Sounds> sounds;
     std::unique_ptr<ClipContainer> container;
@@ -45,6 +45,7 @@ struct Composition {
     std::unique_ptr<ShortcutAlternatives> alternatives;
     std::unique_ptr<ShortcutBanner> shortcutBanner;
     std::unique_ptr<SetupWindow> setup;
+    std::unique_ptr<SwitchCenter> switches;
     DesktopSettings::Observation desktopChanges;
 };
 

@@ -130,6 +130,15 @@ int run(int argc, char** argv) {
     case Verb::shelfHide:
     case Verb::shelfToggle:
     case Verb::snap:
+    case Verb::awakeOn:
+    case Verb::awakeOff:
+    case Verb::awakeToggle:
+    case Verb::awakeAllowDisplaySleep:
+    case Verb::dark:
+    case Verb::icons:
+    case Verb::hidden:
+    case Verb::displaySleep:
+    case Verb::keyboardLock:
     case Verb::stats:
     case Verb::setup:
     case Verb::quit:

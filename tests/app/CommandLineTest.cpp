@@ -38,6 +38,11 @@ TEST(CommandLine, eachVerbIsReadWithItsOptions) {
         {"clip delete 2", {.verb = Verb::clipDelete, .clip = 2}},
         {"clip clear --keep-pinned", {.verb = Verb::clipClear, .keepPinned = true}},
         {"snap next-display", {.verb = Verb::snap, .choice = u"next-display"_s}},
+        {"awake on", {.verb = Verb::awakeOn}},
+        {"awake on 2h", {.verb = Verb::awakeOn, .choice = u"2h"_s}},
+        {"awake --allow-display-sleep off",
+         {.verb = Verb::awakeAllowDisplaySleep, .choice = u"off"_s}},
+        {"hidden toggle", {.verb = Verb::hidden, .choice = u"toggle"_s}},
         {"stats --watch --json", {.verb = Verb::stats, .json = true, .watch = true}},
     };
     for (const auto& [line, expected] : table) {
@@ -61,6 +66,9 @@ TEST(CommandLine, whatIsNotUnderstoodIsNamedInOneLine) {
         {"clip list --limit 99999999999", "whole number from 1"},
         {"snap", R"("snap" needs one of: left, right)"},
         {"snap west", R"("snap" needs one of: left, right)"},
+        {"dark on off", R"("dark" has no use for "off")"},
+        {"awake", "on, off, toggle, --allow-display-sleep"},
+        {"awake on 3h", R"("awake on" needs one of: 30m, 1h, 2h, 4h)"},
         {"clip copy", "needs the number or the id"},
         {"clip copy 0", "neither the number nor the id"},
         {"clip copy -1", R"(no option "-1")"},

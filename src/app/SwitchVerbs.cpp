@@ -1,0 +1,79 @@
+#include "app/SwitchVerbs.h"
+
+#include "switches/SwitchCenter.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+namespace {
+
+using AwakeDuration = SwitchCenter::AwakeDuration;
+
+AwakeDuration awakeDuration(const QString& word) {
+    constexpr std::array<std::pair<QLatin1StringView, AwakeDuration>, 4> words{{
+        {QLatin1StringView("30m"), AwakeDuration::minutes30},
+        {QLatin1StringView("1h"), AwakeDuration::hour1},
+        {QLatin1StringView("2h"), AwakeDuration::hours2},
+        {QLatin1StringView("4h"), AwakeDuration::hours4},
+    }};
+    for (const auto& [name, duration] : words) {
+        if (word == name)
+            return duration;
+    }
+    return AwakeDuration::indefinitely;
+}
+
+/// What "on", "off" or "toggle" makes of a switch.
+bool wanted(const QString& word, bool isOn) {
+    return word == u"toggle"_s ? !isOn : word == u"on"_s;
+}
+
+VerbResult keepAwake(SwitchCenter& switches, bool on, AwakeDuration duration) {
+    switches.setKeepAwake(on, duration);
+    return switches.keepAwake() == on
+               ? VerbResult::done()
+               : VerbResult::failed(u"nothing here can keep the machine awake"_s);
+}
+
+VerbResult outcome(const QString& obstacle) {
+    return obstacle.isEmpty() ? VerbResult::done() : VerbResult::failed(obstacle);
+}
+
+} // namespace
+
+VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
+    const QString& word = command.choice;
+    switch (command.verb) {
+    case Verb::awakeOn:
+        return keepAwake(switches, true, awakeDuration(word));
+    case Verb::awakeOff:
+        return keepAwake(switches, false, AwakeDuration::indefinitely);
+    case Verb::awakeToggle:
+        return keepAwake(switches, !switches.keepAwake(), AwakeDuration::indefinitely);
+    case Verb::awakeAllowDisplaySleep:
+        switches.setAllowDisplaySleep(word == u"on"_s);
+        return VerbResult::done();
+    case Verb::dark:
+        if (wanted(word, switches.darkMode()) != switches.darkMode())
+            switches.toggleDarkMode();
+        return VerbResult::done();
+    case Verb::icons:
+        switches.setDesktopIconsHidden(!wanted(word, !switches.desktopIconsHidden()));
+        return outcome(switches.whyNoDesktopIcons());
+    case Verb::hidden:
+        switches.setHiddenFilesShown(wanted(word, switches.hiddenFilesShown()));
+        return outcome(switches.whyNoHiddenFiles());
+    case Verb::displaySleep:
+        switches.sleepDisplay();
+        return VerbResult::done();
+    case Verb::keyboardLock:
+        switches.lockKeyboardForCleaning();
+        return outcome(switches.keyboardLocked() ? QString()
+                                                 : u"the keyboard cannot be locked now"_s);
+    default:
+        return {};
+    }
+}
+
+} // namespace quillet
