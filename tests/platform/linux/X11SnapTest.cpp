@@ -4,6 +4,7 @@
 #include "platform/linux/InputDesktop.h"
 #include "platform/linux/x11/X11FocusedWindow.h"
 #include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/XcbXkb.h"
 #include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
 #include "platform/memory/MemoryScheduler.h"
@@ -260,6 +261,40 @@ TEST_F(X11SnapTest, aWindowThatStaysWhereItIsMakesOneBeepAndOneThatClosesNone) {
     spinFor(400ms);
     kill(windowManager, SIGCONT);
     EXPECT_EQ(workspace.beeps, 1);
+}
+
+TEST_F(X11SnapTest, aWindowManagerWithoutARequestForPlacesIsAskedAsPlainProgramsDo) {
+    const FakeApplication application = open();
+    const xcb_atom_t supported = connection->atom("_NET_SUPPORTED");
+    const auto replace = [&](const std::vector<uint32_t>& hints) {
+        xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, connection->root(), supported,
+                            XCB_ATOM_ATOM, 32, static_cast<uint32_t>(hints.size()), hints.data());
+    };
+    const auto before = connection->values(connection->root(), supported, XCB_ATOM_ATOM);
+    auto without = before;
+    ASSERT_EQ(std::erase(without, connection->atom("_NET_MOVERESIZE_WINDOW")), 1u);
+    replace(without);
+    snapper.snap(Position::right);
+    EXPECT_TRUE(comesTo(application, rightHalf));
+    replace(before);
+}
+
+TEST_F(X11SnapTest, aBeepRingsTheBell) {
+    XClient listener(display());
+    xcb_connection_t* xcb = listener.connection();
+    const XcbOwned<xcb_xkb_use_extension_reply_t> extension(
+        xcb_xkb_use_extension_reply(xcb, xcb_xkb_use_extension(xcb, 1, 0), nullptr));
+    ASSERT_TRUE(extension && extension->supported);
+    xcb_xkb_select_events(xcb, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_BELL_NOTIFY, 0,
+                          XCB_XKB_EVENT_TYPE_BELL_NOTIFY, 0, 0, nullptr);
+    listener.serverTime(); // it is listening
+    X11Workspace(*connection, DesktopEntries({})).beep();
+    const uint8_t xkb = xcb_get_extension_data(xcb, &xcb_xkb_id)->first_event;
+    EXPECT_TRUE(listener.wait(
+        [xkb](const xcb_generic_event_t& event) { // the keyboard may change as well
+            return eventType(event) == xkb && event.pad0 == XCB_XKB_BELL_NOTIFY;
+        },
+        2s));
 }
 
 TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
