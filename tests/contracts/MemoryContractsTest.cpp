@@ -1,6 +1,7 @@
 #include "contracts/CommandsContract.h"
-#include "contracts/HostStatisticsContract.h"
+#include "contracts/DesktopSettingsContract.h"
 #include "contracts/FocusedWindowContract.h"
+#include "contracts/HostStatisticsContract.h"
 #include "contracts/HotKeysContract.h"
 #include "contracts/KeyboardGrabContract.h"
 #include "contracts/PanelsContract.h"
@@ -176,6 +177,23 @@ struct MemoryKeyboardGrabBackend {
     bool keysReachPrograms() { return !memory.isHeld(); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, KeyboardGrabContract, MemoryKeyboardGrabBackend);
+
+struct MemoryDesktopSettingsBackend {
+    using Key = DesktopSettings::FileManagerKey;
+    MemoryDesktopSettings memory;
+
+    MemoryDesktopSettingsBackend() { memory.missing = {Key::createDesktop}; }
+
+    DesktopSettings& desktop() { return memory; }
+    bool showsHiddenFiles() { return memory.fileManagerValue(Key::showAllFiles).toBool(); }
+    void setDarkElsewhere(bool dark) { memory.setDark(dark); }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return condition();
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Memory, DesktopSettingsContract, MemoryDesktopSettingsBackend);
 
 struct MemoryPowerBackend {
     MemoryPower memory;

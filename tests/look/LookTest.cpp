@@ -78,6 +78,23 @@ TEST(AnimationTest, aMotionEndsExactlyThenCostsNothing) {
     EXPECT_EQ(ends, 2) << "neither a replaced nor a stopped motion ends";
 }
 
+TEST(AnimationTest, whoWantsLessMotionGetsThereInOneStep) {
+    MemoryScheduler scheduler;
+    Animation animation(scheduler);
+    std::vector<double> steps;
+    int ends = 0;
+    Animation::setMotionReduced(true);
+    animation.start(
+        Motion::spring(250ms, 0.8), [&](double progress) { steps.push_back(progress); },
+        [&] { ++ends; });
+    Animation::setMotionReduced(false);
+    EXPECT_TRUE(steps.empty()) << "never inside the call";
+    scheduler.advance(20ms);
+    EXPECT_EQ(steps, std::vector{1.0});
+    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(scheduler.isIdle());
+}
+
 TEST(AnimationTest, aClockSetAnewDoesNotStopAMotion) {
     MemoryScheduler scheduler;
     Animation animation(scheduler);

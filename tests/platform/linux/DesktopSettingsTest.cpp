@@ -1,11 +1,12 @@
+#include "contracts/DesktopSettingsContract.h"
 #include "contracts/SpinUntil.h"
 #include "platform/linux/dbus/LinuxDesktopSettings.h"
+#include "platform/linux/ProcessCommands.h"
 #include "platform/memory/MemoryCommands.h"
 #include "platform/memory/MemoryScheduler.h"
-#include "support/PrivateBus.h"
+#include "support/FakePortal.h"
 
 #include <gtest/gtest.h>
-#include <QDBusVariant>
 #include <QDir>
 
 namespace quillet {
@@ -15,40 +16,8 @@ using Key = DesktopSettings::FileManagerKey;
 
 namespace {
 
-const QString appearance = u"org.freedesktop.appearance"_s;
-const QString common = u"org.gnome.desktop.interface"_s;
 const QString getScheme = u"gsettings get org.gnome.desktop.interface color-scheme"_s;
 const QString getTheme = u"gsettings get org.gnome.desktop.interface gtk-theme"_s;
-
-QVariant wrapped(const QVariant& value) {
-    return QVariant::fromValue(QDBusVariant(value));
-}
-
-/// A portal with a few values, of the older kind where it only knows how to wrap them twice.
-class FakePortal : public FakeService {
-public:
-    FakePortal(PrivateBus& bus, std::map<QString, QVariant> stored, bool isOld = false)
-        : FakeService(bus, u"org.freedesktop.portal.Desktop"_s,
-                      u"/org/freedesktop/portal/desktop"_s),
-          values(std::move(stored)) {
-        answers[isOld ? u"Read"_s : u"ReadOne"_s] = [this, isOld](const QDBusMessage& call) {
-            const auto value = values.find(call.arguments().at(0).toString() + u' ' +
-                                           call.arguments().at(1).toString());
-            if (value == values.end())
-                return call.createErrorReply(u"org.freedesktop.portal.Error.NotFound"_s, {});
-            const QVariant once = wrapped(value->second);
-            return call.createReply(isOld ? wrapped(once) : once);
-        };
-    }
-
-    void change(const QString& space, const QString& key, const QVariant& value) {
-        values[space + u' ' + key] = value;
-        emitSignal(u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s,
-                   {space, key, wrapped(value)});
-    }
-
-    std::map<QString, QVariant> values;
-};
 
 } // namespace
 
@@ -72,7 +41,7 @@ protected:
 
     void runCommands() { scheduler.advance(std::chrono::milliseconds(0)); }
 
-    /// What a program that reads puts out; it may be asked for any number of times.
+    /// What a program puts out, however often it runs.
     void script(const QString& commandLine, const QByteArray& output) {
         commands.results[commandLine] = {0, output};
     }
@@ -88,20 +57,19 @@ protected:
 
 TEST_F(DesktopSettingsTest, thePortalTellsTheAppearanceAndItsChangesBothInItsOlderAndNewerForm) {
     for (const bool isOld : {false, true}) {
-        FakePortal portal(
-            bus, {{appearance + u" color-scheme"_s, 1U}, {common + u" enable-animations"_s, true}},
-            isOld);
+        FakePortal portal(bus, {{FakePortal::colorScheme, 1U}, {FakePortal::animations, true}},
+                          isOld);
         start(u"GNOME"_s);
         EXPECT_FALSE(settings->isDark()) << "not known yet";
         ASSERT_TRUE(waitFor([&] { return settings->isDark(); }));
-        portal.change(appearance, u"color-scheme"_s, 2U);
+        portal.change(FakePortal::colorScheme, 2U);
         ASSERT_TRUE(waitFor([&] { return !settings->isDark(); }));
 
-        portal.change(common, u"enable-animations"_s, false);
+        portal.change(FakePortal::animations, false);
         ASSERT_TRUE(waitFor([&] { return settings->isMotionReduced(); }));
-        portal.change(common, u"enable-animations"_s, true);
+        portal.change(FakePortal::animations, true);
         ASSERT_TRUE(waitFor([&] { return !settings->isMotionReduced(); }));
-        portal.change(appearance, u"reduced-motion"_s, 1U);
+        portal.change(FakePortal::reducedMotion, 1U);
         ASSERT_TRUE(waitFor([&] { return settings->isMotionReduced(); }));
     }
 }
@@ -110,7 +78,8 @@ TEST_F(DesktopSettingsTest, whereThePortalIsAbsentOrHasNoPreferenceTheDesktopsOw
     std::optional<FakePortal> portal;
     for (const bool hasPortal : {false, true}) {
         if (hasPortal)
-            portal.emplace(bus, std::map<QString, QVariant>{{appearance + u" color-scheme"_s, 0U}});
+            portal.emplace(bus,
+                           std::map<FakePortal::Setting, QVariant>{{FakePortal::colorScheme, 0U}});
         script(getScheme, "'default'\n");
         script(getTheme, "'Yaru-blue-dark'\n");
         script(u"gsettings get org.gnome.desktop.interface enable-animations"_s, "false\n");
@@ -122,7 +91,7 @@ TEST_F(DesktopSettingsTest, whereThePortalIsAbsentOrHasNoPreferenceTheDesktopsOw
 TEST_F(DesktopSettingsTest, aPortalThatComesLateIsListenedTo) {
     start(u"GNOME"_s);
     waitFor([&] { return changes > 0; }); // the file manager's settings are known to be missing
-    FakePortal portal(bus, {{appearance + u" color-scheme"_s, 1U}});
+    FakePortal portal(bus, {{FakePortal::colorScheme, 1U}});
     EXPECT_TRUE(waitFor([&] { return settings->isDark(); }));
 }
 
@@ -191,17 +160,17 @@ TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
 }
 
 TEST_F(DesktopSettingsTest, aSecondToggleMidwayGoesBackAndWhatTheFirstWroteIsNotTaken) {
-    FakePortal portal(bus, {{appearance + u" color-scheme"_s, 2U}});
+    FakePortal portal(bus, {{FakePortal::colorScheme, 2U}});
     commands.results[u"gsettings"_s] = {0, "'default'"};
     start(u"sway"_s);
-    portal.change(common, u"enable-animations"_s, false);
+    portal.change(FakePortal::animations, false);
     waitFor([&] { return settings->isMotionReduced(); });
     int told = 0;
     settings->toggleDark([&](bool) { ++told; });
     settings->toggleDark([&](bool) { ++told; });
     EXPECT_FALSE(settings->isDark());
-    portal.change(appearance, u"color-scheme"_s, 1U);
-    portal.change(common, u"enable-animations"_s, true);
+    portal.change(FakePortal::colorScheme, 1U);
+    portal.change(FakePortal::animations, true);
     spinUntil([&] { return !settings->isMotionReduced(); });
     EXPECT_FALSE(settings->isDark());
     EXPECT_TRUE(waitFor([&] { return told == 2; }));
@@ -278,5 +247,37 @@ TEST_F(DesktopSettingsTest, aValueThatIsSetWhileTheOldOneIsBeingReadStays) {
               u"gsettings set org.mate.background show-desktop-icons false"_s)
         << "the last word is the last one said";
 }
+
+/// The real programs for settings, over a file in a home of their own.
+struct LinuxDesktopSettingsBackend {
+    LinuxDesktopSettingsBackend() {
+        qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+        qputenv("GSETTINGS_BACKEND", "keyfile");
+    }
+    ~LinuxDesktopSettingsBackend() {
+        qunsetenv("XDG_CONFIG_HOME");
+        qunsetenv("GSETTINGS_BACKEND");
+    }
+
+    QTemporaryDir home;
+    PrivateBus bus;
+    FakePortal portal{bus, {{FakePortal::colorScheme, 2U}}};
+    ProcessCommands commands;
+    LinuxDesktopSettings settings{bus.connect(), commands, {u"GNOME"_s, home.path(), {}}};
+
+    DesktopSettings& desktop() { return settings; }
+
+    bool showsHiddenFiles() {
+        QFile file(home.filePath(u"glib-2.0/settings/keyfile"_s));
+        return file.open(QIODevice::ReadOnly) && file.readAll().contains("show-hidden=true");
+    }
+    void setDarkElsewhere(bool dark) { portal.change(FakePortal::colorScheme, dark ? 1U : 2U); }
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        return spinUntil(condition);
+    }
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, DesktopSettingsContract, LinuxDesktopSettingsBackend);
 
 } // namespace quillet
