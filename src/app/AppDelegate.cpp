@@ -303,7 +303,8 @@ QByteArray AppDelegate::status() const {
                                      {u"version"_s, Identity::version()},
                                      {u"pid"_s, QCoreApplication::applicationPid()},
                                      {u"capabilities"_s, capabilities},
-                                     {u"shortcuts"_s, shortcuts}})
+                                     {u"shortcuts"_s, shortcuts},
+                                     {u"switches"_s, switchesAsJson(*m_services->switches)}})
         .toJson();
 }
 

@@ -76,4 +76,15 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
     }
 }
 
+QJsonObject switchesAsJson(const SwitchCenter& switches) {
+    const auto until = switches.awakeUntil();
+    return {{u"keepAwake"_s, switches.keepAwake()},
+            {u"awakeUntil"_s, until ? QJsonValue(until->toString(Qt::ISODate)) : QJsonValue()},
+            {u"allowDisplaySleep"_s, switches.allowDisplaySleep()},
+            {u"desktopIconsHidden"_s, switches.desktopIconsHidden()},
+            {u"hiddenFilesShown"_s, switches.hiddenFilesShown()},
+            {u"darkMode"_s, switches.darkMode()},
+            {u"keyboardLocked"_s, switches.keyboardLocked()}};
+}
+
 } // namespace quillet
