@@ -120,6 +120,16 @@ TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
     EXPECT_TRUE(eventually([&] { return content() == "beta"; })) << content().constData();
 }
 
+TEST_F(ShelfLoopDesktop, whatHasNoProgramToGoToIsOnTheClipboard) {
+    std::optional<Editor> editor(session());
+    openShelf();
+    editor.reset();
+    press(u"key Right Return"_s);
+    EXPECT_TRUE(isShelfGone());
+    EXPECT_TRUE(eventually([&] { return quillet.errors().contains("keys were not posted"); }));
+    EXPECT_EQ(FakeRequestor(display()).read("UTF8_STRING"), "alpha two");
+}
+
 TEST_F(ShelfLoopDesktop, itWorksOnceAnotherProgramLetsGoOfTheKeyboard) {
     Editor editor(session());
     XClient other(display());

@@ -106,6 +106,7 @@ X11KeySynthesis::~X11KeySynthesis() {
 void X11KeySynthesis::post(const std::vector<KeyEvent>& events, Completion completion) {
     if (!m_hasTest)
         return completion(false);
+    m_panels.askForKeyboardBack();
     m_waiting.push_back({events, std::move(completion), attempts});
     settleWhatIsDue();
 }

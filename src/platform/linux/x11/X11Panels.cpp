@@ -106,7 +106,22 @@ bool X11Panels::isKeyboardBack() const {
     if (m_key)
         return false;
     const auto active = activeWindow(askForActiveWindow());
-    return active != XCB_WINDOW_NONE && (!activeAtKey() || active == activeAtKey());
+    if (!active)
+        return true;
+    // A window that closed under a panel may stay on record as the active one.
+    return (!activeAtKey() || active == activeAtKey()) && isViewable(*active);
+}
+
+bool X11Panels::isViewable(xcb_window_t window) const {
+    const XcbOwned<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        m_connection.xcb(), xcb_get_window_attributes(m_connection.xcb(), window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+void X11Panels::askForKeyboardBack() const {
+    const auto before = activeAtKey();
+    if (!m_key && before && !isKeyboardBack())
+        m_connection.askWindowManager(*before, m_activeWindow, {2}); // the user asks for it
 }
 
 void X11Panels::resignKey() {

@@ -21,8 +21,12 @@ public:
     bool isTranslucent() const override { return m_isTranslucent; }
 
     /// Whether no panel has the keyboard and the window that was active when one took it last is
-    /// the active one again.
+    /// still there and the active one again.
     bool isKeyboardBack() const;
+
+    /// Asks the window manager for that window where another has become active meanwhile, such as
+    /// the one under the pointer where the focus follows it.
+    void askForKeyboardBack() const;
 
     /// Takes the keyboard away from the panel that has it, as when the user turns elsewhere.
     void resignKey();
@@ -41,6 +45,7 @@ private:
     xcb_get_property_cookie_t askForActiveWindow() const;
     std::optional<xcb_window_t> activeWindow(xcb_get_property_cookie_t asked) const;
     std::optional<xcb_window_t> activeAtKey() const;
+    bool isViewable(xcb_window_t window) const;
     void activeWindowChanged();
 
     X11Connection& m_connection;
