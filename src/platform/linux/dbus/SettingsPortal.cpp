@@ -14,6 +14,10 @@ namespace {
 const QString service = u"org.freedesktop.portal.Desktop"_s;
 const QString path = u"/org/freedesktop/portal/desktop"_s;
 const QString interface = u"org.freedesktop.portal.Settings"_s;
+
+/// In milliseconds. A portal that takes longer to start is noticed when it has appeared.
+constexpr int patience = 3000;
+
 const QString readOne = u"ReadOne"_s;
 const QString olderRead = u"Read"_s;
 
@@ -44,16 +48,16 @@ void SettingsPortal::read(const Name& name, Completion completion) {
 void SettingsPortal::ask(const QString& method, const Name& name, Completion completion) {
     auto message = QDBusMessage::createMethodCall(service, path, interface, method);
     message << name.space << name.key;
-    callAsync(m_session, message, this,
-              [this, method, name, completion = std::move(completion)](const QDBusMessage& reply) {
-                  if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
-                      completion(unwrapped(reply.arguments().constFirst()));
-                  else if (method == readOne &&
-                           QDBusError(reply).type() == QDBusError::UnknownMethod)
-                      ask(olderRead, name, completion);
-                  else
-                      completion(std::nullopt);
-              });
+    const auto finish = [this, method, name,
+                         completion = std::move(completion)](const QDBusMessage& reply) {
+        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+            completion(unwrapped(reply.arguments().constFirst()));
+        else if (method == readOne && QDBusError(reply).type() == QDBusError::UnknownMethod)
+            ask(olderRead, name, completion);
+        else
+            completion(std::nullopt);
+    };
+    callAsync(m_session, message, this, finish, patience);
 }
 
 void SettingsPortal::noteChange(const QDBusMessage& signal) {
