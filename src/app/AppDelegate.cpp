@@ -26,6 +26,10 @@ void quitSoon() {
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
+bool isKeptByDesktop(Verb verb) {
+    return verb == Verb::dark || verb == Verb::icons || verb == Verb::hidden;
+}
+
 } // namespace
 
 AppDelegate::AppDelegate() = default;
@@ -191,6 +195,10 @@ void AppDelegate::toggleShelf() {
 void AppDelegate::run(const Command& command, const Reply& reply) {
     if (command.verb == Verb::stats)
         return reportStats(command, reply);
+    if (isKeptByDesktop(command.verb))
+        // A Quillet that this very verb started may not know yet what there is to turn.
+        return m_services->platform.desktop->whenKnown(
+            [this, command, reply] { reply(carryOut(command)); });
     VerbResult result = carryOut(command);
     if (!result.slowOutput)
         return reply(std::move(result));

@@ -43,6 +43,10 @@ public:
     /// Why a setting cannot be changed on this desktop, for people; empty where it can.
     virtual QString cause(FileManagerKey key) const = 0;
 
+    /// Runs `task` once all of this has become known, or is known not to be told: inside the call
+    /// or within seconds of the start. It is dropped when this dies first.
+    virtual void whenKnown(std::function<void()> task) = 0;
+
     /// Shows the desktop's own settings.
     virtual void openSettings() = 0;
 

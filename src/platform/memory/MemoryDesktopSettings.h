@@ -27,6 +27,7 @@ public:
     QString cause(FileManagerKey key) const override {
         return missing.contains(key) ? QStringLiteral("Not in this memory.") : QString();
     }
+    void whenKnown(std::function<void()> task) override { task(); }
     void openSettings() override { ++timesOpened; }
 
     /// What somebody else does.

@@ -95,6 +95,22 @@ TEST_F(DesktopSettingsTest, aPortalThatComesLateIsListenedTo) {
     EXPECT_TRUE(waitFor([&] { return settings->isDark(); }));
 }
 
+TEST_F(DesktopSettingsTest, whoeverAsksTooEarlyIsToldWhenAllIsKnown) {
+    script(getScheme, "'prefer-dark'");
+    start(u"MATE"_s);
+    int told = 0;
+    const auto tell = [&] {
+        ++told;
+        EXPECT_TRUE(settings->isDark());
+        EXPECT_NE(settings->cause(Key::createDesktop), QString());
+    };
+    settings->whenKnown(tell);
+    EXPECT_EQ(told, 0);
+    waitFor([&] { return told > 0; });
+    settings->whenKnown(tell);
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(DesktopSettingsTest, darkIsSetWhereTheDesktopKeepsItWithAThemeThatIsInstalled) {
     struct Case {
         const char* desktop;

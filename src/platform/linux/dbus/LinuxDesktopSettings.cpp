@@ -132,8 +132,25 @@ void LinuxDesktopSettings::toggleDark(Completion completion) {
 
 /// While toggles are under way, what is read is passing.
 void LinuxDesktopSettings::noteDark(bool dark) {
-    if (m_toggles == 0)
-        assign(m_isDark, dark);
+    if (m_toggles > 0)
+        return;
+    assign(m_isDark, dark);
+    if (!std::exchange(m_isDarkKnown, true))
+        noteKnown();
+}
+
+void LinuxDesktopSettings::noteKnown() {
+    if (--m_unknown > 0)
+        return;
+    for (const auto& task : std::exchange(m_waiting, {}))
+        task();
+}
+
+void LinuxDesktopSettings::whenKnown(std::function<void()> task) {
+    if (m_unknown == 0)
+        task();
+    else
+        m_waiting.push_back(std::move(task));
 }
 
 void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark) {
@@ -141,7 +158,7 @@ void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark) {
         const QString name = themeName(reading);
         const QString wanted = themeFor(dark, name, m_surroundings.themeFolders);
         if (reading.exitCode == 0 && wanted != name)
-            m_waiting.push_front({words(used.set) << wanted, {}});
+            m_calls.push_front({words(used.set) << wanted, {}});
     });
 }
 
@@ -152,6 +169,7 @@ void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
         std::size_t unread;
     };
     const auto found = std::make_shared<Found>(Found{{}, {}, setting(key).places.size()});
+    m_unknown += found->unread > 0;
     for (const DesktopSwitch& place : setting(key).places) {
         run(place.read, [this, key, place, found](const CommandResult& reading) {
             if (isThere(place, reading))
@@ -165,6 +183,7 @@ void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
             if (!read.isSet)
                 read.value = found->value;
             notify();
+            noteKnown();
         });
     }
 }
@@ -212,16 +231,16 @@ QStringList LinuxDesktopSettings::words(const QString& commandLine) const {
 }
 
 void LinuxDesktopSettings::run(const QString& commandLine, Done done) {
-    m_waiting.push_back({words(commandLine), std::move(done)});
+    m_calls.push_back({words(commandLine), std::move(done)});
     runNext();
 }
 
 void LinuxDesktopSettings::runNext() {
-    if (m_isRunning || m_waiting.empty())
+    if (m_isRunning || m_calls.empty())
         return;
     m_isRunning = true;
-    const Call next = m_waiting.front();
-    m_waiting.pop_front();
+    const Call next = m_calls.front();
+    m_calls.pop_front();
     m_commands.run(next.words.first(), next.words.mid(1),
                    m_alive([this, done = next.done](const CommandResult& result) {
                        m_isRunning = false;

@@ -34,6 +34,7 @@ public:
     QVariant fileManagerValue(FileManagerKey key) const override;
     void setFileManagerValue(FileManagerKey key, bool value) override;
     QString cause(FileManagerKey key) const override;
+    void whenKnown(std::function<void()> task) override;
     void openSettings() override;
 
 private:
@@ -54,6 +55,7 @@ private:
     void note(const SettingsPortal::Name& name, const QVariant& value);
     void readDarkFromPrograms(std::function<void(bool dark)> done);
     void noteDark(bool dark);
+    void noteKnown();
     void readFileManager(FileManagerKey key);
     void setTheme(const DesktopTheme& theme, bool dark);
 
@@ -77,9 +79,12 @@ private:
     bool m_animationsAreOff = false;
     int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
     SettingsPortal m_portal;
-    int m_portalsWord = 0; ///< counts what it said of the appearance
-    std::deque<Call> m_waiting;
+    int m_portalsWord = 0;    ///< counts what it said of the appearance
+    std::deque<Call> m_calls; ///< that wait for the one that runs
     bool m_isRunning = false;
+    bool m_isDarkKnown = false;
+    int m_unknown = 1; ///< readings that are to be told for the first time, of the appearance first
+    std::vector<std::function<void()>> m_waiting;
     Alive m_alive;
 };
 
