@@ -155,6 +155,25 @@ TEST_F(DesktopSettingsTest, darkIsSetWhereTheDesktopKeepsItWithAThemeThatIsInsta
     }
 }
 
+TEST_F(DesktopSettingsTest, aThemeHasItsCounterpartWhereThatIsInstalled) {
+    for (const QString& name :
+         {u"Greybird"_s, u"Greybird-dark"_s, u"Mint-Y-Dark-Aqua"_s, u"Adwaita-dark"_s})
+        QDir(folder.path()).mkdir(name);
+    const QStringList folders{u"/nowhere"_s, folder.path()};
+    const std::tuple<bool, QString, QString> cases[] = {
+        {true, u"Greybird"_s, u"Greybird-dark"_s},
+        {true, u"Greybird-dark"_s, u"Greybird-dark"_s},
+        {false, u"Greybird-dark"_s, u"Greybird"_s},
+        {true, u"Mint-Y-Aqua"_s, u"Mint-Y-Dark-Aqua"_s},
+        {false, u"Mint-Y-Dark-Aqua"_s, u"Mint-Y-Dark-Aqua"_s}, // no such light one
+        {true, u"Darkly"_s, u"Darkly"_s},
+        {false, u"Adwaita-dark"_s, u"Adwaita"_s},
+        {true, QString(), QString()},
+    };
+    for (const auto& [dark, theme, expected] : cases)
+        EXPECT_EQ(themeFor(dark, theme, folders), expected) << theme.toStdString();
+}
+
 TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
     start(u"sway"_s);
     std::vector<bool> told;

@@ -144,6 +144,13 @@ bool isDarkPart(const QString& part) {
     return part.compare("dark"_L1, Qt::CaseInsensitive) == 0;
 }
 
+bool isInstalled(const QString& theme, const QStringList& folders) {
+    // One light theme is part of the toolkit itself.
+    return theme == "Adwaita"_L1 || std::ranges::any_of(folders, [&](const QString& folder) {
+               return QFileInfo(folder + u'/' + theme).isDir();
+           });
+}
+
 } // namespace
 
 Desktop desktopNamed(const QString& currentDesktop) {
@@ -179,9 +186,7 @@ QString themeFor(bool dark, const QString& theme, const QStringList& folders) {
         names.append(shorter.join(u'-'));
     }
     for (const QString& name : names) {
-        if (std::ranges::any_of(folders, [&](const QString& folder) {
-                return QFileInfo(folder + u'/' + name).isDir();
-            }))
+        if (isInstalled(name, folders))
             return name;
     }
     return theme;
