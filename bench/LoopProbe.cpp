@@ -64,10 +64,13 @@ double delay() {
     return static_cast<double>(std::strtoull(rest, nullptr, 10)) / 1e6;
 }
 
+/// How long the main thread has waited for replies.
+double waited = 0;
+
 struct Moment {
     double wall = milliseconds(CLOCK_MONOTONIC);
     double processor = milliseconds(CLOCK_THREAD_CPUTIME_ID);
-    double delayed = delay();
+    double idle = delay() + waited;
 };
 
 std::optional<Moment> turnBegin;
@@ -77,7 +80,7 @@ void endTurn() {
         return;
     const Moment now;
     const double whole = now.wall - turnBegin->wall;
-    const double held = whole - (now.delayed - turnBegin->delayed);
+    const double held = whole - (now.idle - turnBegin->idle);
     LoopRecord& seen = record();
     seen.turn[seen.turns % seen.turn.size()] = {
         static_cast<float>(now.processor - turnBegin->processor), static_cast<float>(held),
@@ -85,20 +88,41 @@ void endTurn() {
     ++seen.turns;
 }
 
-/// The functions for the single requests leave it to the one that waits to return to their caller.
-void countWait(const void* caller) {
-    if (!isMainThread())
-        return;
-    static link_map* const program = [] {
-        link_map* map = nullptr;
-        dlinfo(dlopen(nullptr, RTLD_LAZY), RTLD_DI_LINKMAP, &map);
-        return map;
-    }();
-    Dl_info found{};
-    dladdr(caller, &found);
-    const bool isOwn = reinterpret_cast<uintptr_t>(found.dli_fbase) == program->l_addr;
-    ++(isOwn ? record().ownWaits : record().libraryWaits);
-}
+/// Counts a wait for a reply, and takes its time.
+class Wait {
+public:
+    explicit Wait(const void* caller) {
+        if (!isMainThread())
+            return;
+        ++(isOfProgram(caller) ? record().ownWaits : record().libraryWaits);
+        m_begin.emplace();
+    }
+    ~Wait() {
+        if (!m_begin)
+            return;
+        const Moment now;
+        // The time until a processor was free again counts as that already.
+        waited += now.wall - m_begin->wall - (now.idle - m_begin->idle);
+    }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+
+private:
+    /// The functions for the single requests leave it to the one that waits to return to their
+    /// caller, so that the program's own requests return into the program.
+    static bool isOfProgram(const void* caller) {
+        static link_map* const program = [] {
+            link_map* map = nullptr;
+            dlinfo(dlopen(nullptr, RTLD_LAZY), RTLD_DI_LINKMAP, &map);
+            return map;
+        }();
+        Dl_info found{};
+        dladdr(caller, &found);
+        return reinterpret_cast<uintptr_t>(found.dli_fbase) == program->l_addr;
+    }
+
+    std::optional<Moment> m_begin;
+};
 
 } // namespace
 
@@ -122,7 +146,7 @@ void* xcb_wait_for_reply(xcb_connection_t* connection, unsigned int request,
     void* reply = nullptr;
     if (xcb_poll_for_reply(connection, request, &reply, error))
         return reply;
-    countWait(__builtin_return_address(0));
+    const Wait wait(__builtin_return_address(0));
     return real(connection, request, error);
 }
 
@@ -132,13 +156,13 @@ void* xcb_wait_for_reply64(xcb_connection_t* connection, uint64_t request,
     void* reply = nullptr;
     if (xcb_poll_for_reply64(connection, request, &reply, error))
         return reply;
-    countWait(__builtin_return_address(0));
+    const Wait wait(__builtin_return_address(0));
     return real(connection, request, error);
 }
 
 xcb_generic_error_t* xcb_request_check(xcb_connection_t* connection, xcb_void_cookie_t cookie) {
     static const auto real = original(&xcb_request_check, "xcb_request_check");
-    countWait(__builtin_return_address(0));
+    const Wait wait(__builtin_return_address(0));
     return real(connection, cookie);
 }
 

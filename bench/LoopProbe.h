@@ -16,7 +16,7 @@ struct LoopRecord {
     /// Milliseconds.
     struct Turn {
         float processor; ///< at work
-        float held;      ///< at work, or waiting for something but a processor
+        float held;      ///< at work, or waiting for anything but a processor or the X server
         float whole;
     };
 

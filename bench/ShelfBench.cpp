@@ -326,11 +326,11 @@ void measureScrolling(Desk& desk, FigureTable& table) {
             desk.settle();
     }
     desk.settle();
-    // A processor that other programs keep busy is not what the limit is for.
+    // What other programs do to processors and server is not what the limit is for.
     table.add("first sight of 500 pictures of 3840x2160, stall", desk.probe.longest(&Turn::held),
               60, "ms");
     table.note("of that processor time", desk.probe.longest(&Turn::processor), "ms");
-    table.note("with the wait for a processor", desk.probe.longest(&Turn::whole), "ms");
+    table.note("with all waits", desk.probe.longest(&Turn::whole), "ms");
     table.add("resident memory after that", desk.mebibytes("Rss:") - memory, 120, "MiB more");
     table.note("of that its own", desk.mebibytes("Anonymous:") - ownMemory, "MiB more");
 
@@ -350,7 +350,7 @@ void measureScrolling(Desk& desk, FigureTable& table) {
     }
     table.add("longest frame over 80 thumbnails, median of 10", median(held), 16, "ms");
     table.note("the same, longest of 10", largest(held), "ms");
-    table.note("with the wait for a processor, median of 10", median(whole), "ms");
+    table.note("with all waits, median of 10", median(whole), "ms");
     desk.hide();
 }
 
