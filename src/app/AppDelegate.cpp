@@ -197,8 +197,12 @@ void AppDelegate::run(const Command& command, const Reply& reply) {
         return reportStats(command, reply);
     if (isKeptByDesktop(command.verb))
         // A Quillet that this very verb started may not know yet what there is to turn.
-        return m_services->platform.desktop->whenKnown(
-            [this, command, reply] { reply(carryOut(command)); });
+        return m_services->platform.desktop->whenKnown([this, command, reply] {
+            if (command.verb == Verb::dark)
+                runDarkVerb(command, *m_services->switches, reply);
+            else
+                reply(carryOut(command));
+        });
     VerbResult result = carryOut(command);
     if (!result.slowOutput)
         return reply(std::move(result));
@@ -237,13 +241,13 @@ VerbResult AppDelegate::carryOut(const Command& command) {
     case Verb::awakeOff:
     case Verb::awakeToggle:
     case Verb::awakeAllowDisplaySleep:
-    case Verb::dark:
     case Verb::icons:
     case Verb::hidden:
     case Verb::displaySleep:
     case Verb::keyboardLock:
         return runSwitchVerb(command, *m_services->switches);
     case Verb::stats:
+    case Verb::dark:
         break; // answered later
     case Verb::setup:
         m_services->setup->show();

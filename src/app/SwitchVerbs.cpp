@@ -54,10 +54,6 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
     case Verb::awakeAllowDisplaySleep:
         switches.setAllowDisplaySleep(word == u"on"_s);
         return VerbResult::done();
-    case Verb::dark:
-        if (wanted(word, switches.darkMode()) != switches.darkMode())
-            switches.toggleDarkMode();
-        return VerbResult::done();
     case Verb::icons:
         switches.setDesktopIconsHidden(!wanted(word, !switches.desktopIconsHidden()));
         return outcome(switches.whyNoDesktopIcons());
@@ -74,6 +70,18 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
     default:
         return {};
     }
+}
+
+void runDarkVerb(const Command& command, SwitchCenter& switches,
+                 const std::function<void(VerbResult)>& reply) {
+    const bool dark = wanted(command.choice, switches.darkMode());
+    if (dark == switches.darkMode())
+        return reply(VerbResult::done());
+    switches.toggleDarkMode([&switches, dark, reply] {
+        reply(switches.darkMode() == dark
+                  ? VerbResult::done()
+                  : VerbResult::failed(u"this desktop did not change its appearance"_s));
+    });
 }
 
 QJsonObject switchesAsJson(const SwitchCenter& switches) {

@@ -116,11 +116,13 @@ void SwitchCenter::setHiddenFilesShown(bool shown) {
     m_services.desktop.setFileManagerValue(Key::showAllFiles, shown);
 }
 
-void SwitchCenter::toggleDarkMode() {
-    m_services.desktop.toggleDark(m_alive([this](bool done) {
-        if (!done)
+void SwitchCenter::toggleDarkMode(std::function<void()> done) {
+    m_services.desktop.toggleDark(m_alive([this, done = std::move(done)](bool isSet) {
+        if (!isSet)
             m_services.desktop.openSettings();
         followDesktop();
+        if (done)
+            done();
     }));
 }
 

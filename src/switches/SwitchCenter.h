@@ -71,7 +71,9 @@ public:
 
     void setDesktopIconsHidden(bool hidden);
     void setHiddenFilesShown(bool shown);
-    void toggleDarkMode();
+
+    /// `done` runs once darkMode() shows what came of it.
+    void toggleDarkMode(std::function<void()> done = {});
     void sleepDisplay() { m_services.power.sleepDisplay(); }
     void lockKeyboardForCleaning();
 

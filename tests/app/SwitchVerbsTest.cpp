@@ -1,0 +1,74 @@
+#include "app/SwitchVerbs.h"
+#include "platform/memory/MemoryPlatform.h"
+#include "switches/SwitchCenter.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace quillet {
+
+class SwitchVerbs : public testing::Test {
+protected:
+    VerbResult run(const QStringList& arguments) {
+        const auto command = std::get<Command>(parseCommandLine(arguments));
+        if (command.verb != Verb::dark)
+            return runSwitchVerb(command, switches);
+        std::optional<VerbResult> result;
+        runDarkVerb(command, switches, [&](const VerbResult& reply) { result = reply; });
+        return result.value();
+    }
+
+    Platform platform = makeMemoryPlatform();
+    MemoryFakes memory{platform};
+    Permissions permissions{
+        {*platform.access, *platform.workspace, *platform.commands, *platform.scheduler}, {}};
+    SwitchCenter switches{{*platform.power, *platform.desktop, *platform.preferences,
+                           *platform.scheduler, permissions, *platform.keyboard},
+                          [](HUDState&, const std::function<void()>&) { return nullptr; },
+                          [] {}};
+};
+
+TEST_F(SwitchVerbs, eachTurnsItsSwitchAndSaysWhereItCould) {
+    struct Case {
+        const char* switchName;
+        std::function<bool()> isOn;
+    };
+    const Case cases[] = {{"dark", [&] { return switches.darkMode(); }},
+                          {"icons", [&] { return !switches.desktopIconsHidden(); }},
+                          {"hidden", [&] { return switches.hiddenFilesShown(); }},
+                          {"awake", [&] { return switches.keepAwake(); }}};
+    for (const auto& [name, isOn] : cases) {
+        for (const auto& [word, expected] : {std::pair{"off", false},
+                                             {"on", true},
+                                             {"on", true},
+                                             {"toggle", false},
+                                             {"toggle", true},
+                                             {"off", false}}) {
+            EXPECT_EQ(run({QString::fromLatin1(name), QString::fromLatin1(word)}).code,
+                      ExitCode::done);
+            EXPECT_EQ(isOn(), expected) << name << ' ' << word;
+        }
+    }
+}
+
+TEST_F(SwitchVerbs, whatTheDesktopRefusesIsAFailure) {
+    memory.desktop.letsToggleDark = false;
+    memory.desktop.missing = {DesktopSettings::FileManagerKey::createDesktop,
+                              DesktopSettings::FileManagerKey::showAllFiles};
+    memory.power.isAvailable = false;
+    memory.keyboard.isTakenElsewhere = true;
+    for (const QStringList& verb : {QStringList{u"dark"_s, u"on"_s},
+                                    {u"icons"_s, u"off"_s},
+                                    {u"hidden"_s, u"on"_s},
+                                    {u"awake"_s, u"on"_s},
+                                    {u"keyboard-lock"_s}}) {
+        const VerbResult result = run(verb);
+        EXPECT_EQ(result.code, ExitCode::failed) << verb.join(u' ').toStdString();
+        EXPECT_NE(result.message, QString());
+    }
+    EXPECT_EQ(run({u"dark"_s, u"off"_s}).code, ExitCode::done) << "as it is already";
+}
+
+} // namespace quillet
