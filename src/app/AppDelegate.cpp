@@ -120,6 +120,7 @@ void AppDelegate::createShelf(const QString& cacheFolder) {
     m_services->dragFiles = std::make_unique<DragFiles>(cacheFolder + u"/drag"_s);
     m_services->shelf = std::make_unique<ShelfController>(
         ShelfController::Services{{*m_services->clipboard,
+                                   *platform.pasteboard,
                                    *platform.workspace,
                                    *m_services->sounds,
                                    m_services->applications,

@@ -46,6 +46,15 @@ TEST_F(ShelfLoopDesktop, whatIsChosenIsPastedWhereTheUserIsWorking) {
     EXPECT_EQ(active.writes(), 0);
 }
 
+TEST_F(ShelfLoopDesktop, whatQuilletItselfOffersIsPastedIntoTheSearch) {
+    Editor editor(session());
+    copyBack(3);
+    openShelf();
+    press(u"key Right ctrl+v"_s);
+    press(u"key Return"_s);
+    EXPECT_TRUE(becomes(editor, u"alpha one"_s)) << editor.text().toStdString();
+}
+
 TEST_F(ShelfLoopDesktop, modifiersThatAreHeldNeitherLeakNorStick) {
     Editor editor(session());
     openShelf();

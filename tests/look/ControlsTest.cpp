@@ -5,6 +5,7 @@
 #include "app/look/Toggles.h"
 #include "app/look/Tooltips.h"
 #include "platform/memory/MemoryPanels.h"
+#include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryScheduler.h"
 
 #include <gtest/gtest.h>
@@ -38,9 +39,10 @@ protected:
         send(widget, QEvent::MouseButtonRelease, at);
     }
 
-    static void key(QWidget& widget, int code) {
+    static void key(QWidget& widget, int code, Qt::KeyboardModifiers modifiers = {},
+                    const QString& text = {}) {
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent event(type, code, {});
+            QKeyEvent event(type, code, modifiers, text);
             QApplication::sendEvent(&widget, &event);
         }
     }
@@ -48,6 +50,7 @@ protected:
     Theme theme;
     MemoryScheduler scheduler;
     MemoryPanels panels;
+    MemoryPasteboard pasteboard;
     Look look{theme, scheduler, panels};
     QWidget window;
 };
@@ -113,6 +116,43 @@ TEST_F(ControlsTest, valuesAreChosenByPointerAndKeys) {
     click(last, {5, 5});
     EXPECT_EQ(chosen, 2);
     EXPECT_EQ(aspect.chosen(), 2);
+}
+
+TEST_F(ControlsTest, aFieldPastesWithoutWaitingAndCopiesOnlyWhenAsked) {
+    SearchField field(look, pasteboard, u"Search"_s, &window);
+    show();
+    field.setFocus();
+    QStringList edits;
+    QObject::connect(&field, &QLineEdit::textEdited, [&](const QString& text) { edits << text; });
+    pasteboard.copyText(u"ls -l\n"_s);
+    pasteboard.holdReads();
+    key(field, Qt::Key_V, Qt::ControlModifier);
+    key(field, Qt::Key_X, {}, u"x"_s);
+    pasteboard.releaseReads();
+    EXPECT_EQ(edits, QStringList({u"x"_s, u"xls -l"_s}));
+    key(field, Qt::Key_Insert, Qt::ShiftModifier);
+    EXPECT_EQ(field.text(), u"xls -lls -l"_s);
+
+    field.setSelection(0, 6);
+    key(field, Qt::Key_Delete, Qt::ShiftModifier);
+    EXPECT_EQ(pasteboard.text(), u"xls -l"_s);
+    EXPECT_EQ(field.text(), u"ls -l"_s);
+
+    field.clear();
+    pasteboard.holdReads();
+    key(field, Qt::Key_V, Qt::ControlModifier);
+    window.hide();
+    window.show();
+    pasteboard.releaseReads();
+    EXPECT_EQ(field.text(), QString()) << "meant for what was there before";
+
+    const auto menu = field.makeMenu();
+    QStringList possible;
+    for (const QAction* action : menu->actions()) {
+        if (action->isEnabled() && !action->isSeparator())
+            possible << action->text();
+    }
+    EXPECT_EQ(possible, QStringList(u"Paste"_s));
 }
 
 TEST_F(ControlsTest, aMenuReportsTheChosenRowAndClosesOnAClickInItsShadow) {

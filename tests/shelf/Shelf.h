@@ -23,13 +23,9 @@ struct Shelf {
     DragFiles dragFiles{folder.filePath(QStringLiteral("drag"))};
     int setupGuides = 0;
 
-    ShelfView::Services services{*world.store,
-                                 world.workspace,
-                                 world.sounds,
-                                 applications,
-                                 thumbnails,
-                                 dragFiles,
-                                 {theme, world.scheduler, panels}};
+    ShelfView::Services services{
+        *world.store, world.pasteboard, world.workspace, world.sounds,
+        applications, thumbnails,       dragFiles,       {theme, world.scheduler, panels}};
     Toast toast{services.look, screens};
     ShelfController controller{{services, screens, keys, access, toast}, [this] { ++setupGuides; }};
 

@@ -12,10 +12,10 @@ constexpr int chipSpacing = 4;
 } // namespace
 
 ShelfHeader::ShelfHeader(QWidget& parent, ShelfModel& model, const Look& look,
-                         std::function<void()> onClose)
+                         Pasteboard& pasteboard, std::function<void()> onClose)
     : QWidget(&parent),
       m_look(look),
-      m_search(new SearchField(look, tr("Search clipboard"), this)) {
+      m_search(new SearchField(look, pasteboard, tr("Search clipboard"), this)) {
     m_search->resize(m_search->sizeHint());
     m_search->setFocus();
     connect(m_search, &QLineEdit::textEdited, &model, &ShelfModel::setQuery);

@@ -12,7 +12,7 @@ class ShelfHeader : public QWidget {
     Q_OBJECT
 
 public:
-    ShelfHeader(QWidget& parent, ShelfModel& model, const Look& look,
+    ShelfHeader(QWidget& parent, ShelfModel& model, const Look& look, Pasteboard& pasteboard,
                 std::function<void()> onClose);
 
 protected:

@@ -33,7 +33,8 @@ ShelfView::ShelfView(ShelfModel& model, const Services& services, Paste onPaste,
       m_looks(services.applications, m_previews, services.workspace, services.look.scheduler),
       m_row(new ClipRow(*this, model, m_looks, services.look.scheduler, services.look.theme)),
       m_emptyState(new ShelfEmptyState(*this, services.look.theme)),
-      m_header(new ShelfHeader(*this, model, services.look, std::move(onClose))) {
+      m_header(
+          new ShelfHeader(*this, model, services.look, services.pasteboard, std::move(onClose))) {
     connect(&model, &ShelfModel::visibleItemsChanged, this, &ShelfView::showContent);
     connect(&model, &ShelfModel::queryChanged, this, &ShelfView::showContent);
     connect(m_row, &ClipRow::pasteRequested, this,

@@ -19,6 +19,7 @@ public:
     /// What it stands on; everything outlives it.
     struct Services {
         ClipboardStore& store;
+        Pasteboard& pasteboard;
         Workspace& workspace;
         Sounds& sounds;
         AppIconStore& applications;
