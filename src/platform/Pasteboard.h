@@ -74,7 +74,7 @@ public:
     /// loop runs meanwhile.
     virtual void handOver() = 0;
 
-    /// Called when changeCount() has risen by another program's doing.
+    /// Called when changeCount() has risen; for an own write, before write() returns.
     std::function<void()> onChange;
 
     /// Called when the program that owned the current content is gone and the content with it.

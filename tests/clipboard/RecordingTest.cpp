@@ -62,6 +62,12 @@ TEST_F(RecordingTest, copyingTheSameTextTwiceKeepsOneItemAtTheTop) {
     EXPECT_EQ(world.store->items().size(), 3u);
 }
 
+TEST_F(RecordingTest, whatOtherPartsOfQuilletCopyIsRecordedToo) {
+    world.pasteboard.write({{PasteboardType::string, [] { return QByteArray("ours"); }}});
+    world.letPoll();
+    EXPECT_EQ(world.texts(), QStringList(u"ours"_s));
+}
+
 TEST_F(RecordingTest, whatIsOnThePasteboardAtLaunchIsNeverRecorded) {
     world.quit();
     world.pasteboard.copyText(u"before"_s);

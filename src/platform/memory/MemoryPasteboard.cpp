@@ -34,8 +34,6 @@ void MemoryPasteboard::copyFrom(std::vector<Item> items) {
     for (Item& item : items)
         contents.push_back({item.type, [bytes = std::move(item.bytes)] { return bytes; }});
     replace(std::move(contents), Owner::other);
-    if (onChange)
-        onChange();
 }
 
 void MemoryPasteboard::copyText(const QString& text) {
@@ -78,6 +76,8 @@ void MemoryPasteboard::replace(PasteboardContents contents, Owner owner) {
     for (const PasteboardContent& content : m_contents)
         m_types.append(content.type);
     ++m_changeCount;
+    if (onChange)
+        onChange();
 }
 
 void MemoryPasteboard::cancelReads() {

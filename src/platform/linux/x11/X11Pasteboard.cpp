@@ -67,7 +67,10 @@ bool X11Pasteboard::write(PasteboardContents contents) {
         m_types.append(content.type);
     m_awaitingOwnEvent = true;
     ++m_changeCount;
-    return m_owner.take(X11Targets::answers(contents));
+    const bool isTaken = m_owner.take(X11Targets::answers(contents));
+    if (onChange)
+        onChange();
+    return isTaken;
 }
 
 bool X11Pasteboard::keep(PasteboardContents contents) {
