@@ -60,6 +60,8 @@ void AppDelegate::applicationWillTerminate() {
         return;
     releaseKeepAwake();
     m_services->platform.pasteboard->handOver();
+    Permissions::shared = nullptr;
+    SetupWindow::shared = nullptr;
     m_services.reset();
 }
 
@@ -172,9 +174,18 @@ void AppDelegate::releaseKeepAwake() {
     preferences.set(SwitchCenter::indefiniteKey(), isIndefinite);
 }
 
+/// New users have the guide to themselves: other news follow it.
 void AppDelegate::welcome() {
-    if (!m_services->platform.preferences->value(SetupWindow::didOnboardKey()))
-        m_services->setup->show();
+    Preferences& preferences = *m_services->platform.preferences;
+    if (preferences.value(SetupWindow::didOnboardKey()))
+        return m_services->shortcutBanner->showNews();
+    m_services->onboarding = preferences.observe([this, &preferences] {
+        if (!preferences.value(SetupWindow::didOnboardKey()))
+            return;
+        m_services->onboarding.reset();
+        m_services->shortcutBanner->showNews();
+    });
+    m_services->setup->show();
 }
 
 /// For shortcuts that the desktop or another program has.
@@ -185,7 +196,6 @@ void AppDelegate::offerAlternatives() {
     m_services->shortcutBanner = std::make_unique<ShortcutBanner>(
         *m_services->alternatives, Look{m_services->theme, *platform.scheduler, *platform.panels},
         *platform.screens);
-    m_services->shortcutBanner->showNews();
 }
 
 void AppDelegate::toggleShelf() {

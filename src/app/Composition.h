@@ -47,6 +47,7 @@ struct Composition {
     std::unique_ptr<SetupWindow> setup;
     std::unique_ptr<SwitchCenter> switches;
     DesktopSettings::Observation desktopChanges;
+    Preferences::Observation onboarding; ///< while the user has not seen the guide
 };
 
 } // namespace quillet

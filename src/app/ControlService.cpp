@@ -27,8 +27,17 @@ ControlService::ControlService(const QString& runtimeFolder, Execute execute)
 }
 
 ControlService::~ControlService() {
+    close();
+}
+
+void ControlService::close() {
     if (m_server)
         QFile::remove(m_socket);
+    m_server.reset();
+    if (auto bus = sessionBus()) {
+        bus->unregisterObject(Identity::objectPath);
+        bus->interface()->unregisterService(Identity::applicationID);
+    }
 }
 
 bool ControlService::open() {

@@ -31,6 +31,9 @@ public:
     /// Serves the object. False when another process has the application's name on the bus.
     bool open();
 
+    /// From now on nobody finds this process. Who comes waits for its end, or for the next one.
+    void close();
+
     void run(const QStringList& arguments, const Reply& reply);
 
 private:

@@ -35,11 +35,19 @@ QString cacheFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/quillet"_s;
 }
 
-AppDelegate* running = nullptr; // an exit handler reaches nothing but globals
+// An exit handler reaches nothing but globals.
+struct Running {
+    AppDelegate* delegate = nullptr;
+    ControlService* control = nullptr;
+} running;
 
 void terminate() {
-    if (AppDelegate* delegate = std::exchange(running, nullptr))
-        delegate->applicationWillTerminate();
+    const auto [delegate, control] = std::exchange(running, {});
+    if (!delegate)
+        return;
+    // The end may take its time, and who is started meanwhile is meant to run after it.
+    control->close();
+    delegate->applicationWillTerminate();
 }
 
 int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const Backend& backend) {
@@ -73,7 +81,7 @@ int runInstance(Verb verb, int& argc, char** argv, const QString& folder, const 
         moveStandardErrorToLog(folder);
 
     // The toolkit calls exit() when the display goes away.
-    running = &delegate;
+    running = {&delegate, &control};
     std::atexit(terminate);
     const int code = QApplication::exec();
     terminate();

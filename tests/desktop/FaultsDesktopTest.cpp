@@ -1,6 +1,9 @@
 #include "desktop/ClipboardDesktop.h"
 #include "support/SamplePictures.h"
 #include "support/StallProbe.h"
+#include "support/XClient.h"
+
+#include <csignal>
 
 namespace quillet {
 namespace {
@@ -147,6 +150,26 @@ TEST_F(FaultsDesktop, readingAndServingALargePictureNeverHoldsUpTheProgram) {
     }
     EXPECT_LE(reading, 50ms);
     EXPECT_LE(serving, 50ms);
+}
+
+/// A clipboard manager that never takes over what a program that ends has on the clipboard.
+TEST_F(FaultsDesktop, aStartDuringALongEndRunsAfterIt) {
+    quillet.quit();
+    XClient manager(display());
+    xcb_set_selection_owner(manager.connection(), manager.window(),
+                            manager.atom("CLIPBOARD_MANAGER"), XCB_CURRENT_TIME);
+    xcb_flush(manager.connection());
+    ASSERT_TRUE(quillet.start());
+    copyBack(1);
+    ASSERT_EQ(kill(static_cast<pid_t>(quillet.pid()), SIGTERM), 0);
+    const auto isRequest = [](const xcb_generic_event_t& event) {
+        return (event.response_type & 0x7f) == XCB_SELECTION_REQUEST;
+    };
+    ASSERT_TRUE(manager.wait(isRequest, 5s));
+
+    const auto next = session().start(QStringLiteral(QUILLET_PROGRAM), {});
+    EXPECT_TRUE(eventually([this] { return !quillet.isRunning(); }));
+    EXPECT_EQ(quillet.verb({u"status"_s}).exitCode, 0);
 }
 
 } // namespace
