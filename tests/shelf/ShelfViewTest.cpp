@@ -35,9 +35,13 @@ protected:
         QCoreApplication::sendEvent(&row(), &event);
     }
 
-    static void click(ClipCard& card, QEvent::Type type) {
-        QMouseEvent event(type, QPointF(9, 9), QPointF(9, 9), Qt::LeftButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&card, &event);
+    /// Presses the left button at a point of the row, whatever is there.
+    void press(const QPoint& point, QEvent::Type type = QEvent::MouseButtonPress) {
+        QWidget* child = row().childAt(point);
+        QWidget& target = child ? *child : row();
+        QMouseEvent event(type, target.mapFrom(&row(), point), point, Qt::LeftButton,
+                          Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&target, &event);
     }
 
     QStringList menuTexts() {
@@ -113,14 +117,30 @@ TEST_F(ShelfViewTest, cardsTellAssistiveProgramsWhatTheyAre) {
     EXPECT_FALSE(QAccessible::queryAccessibleInterface(cards[1])->state().selected);
 }
 
-TEST_F(ShelfViewTest, aClickSelectsAndADoubleClickPastes) {
-    copyTexts(3);
-    click(*row().cards()[2], QEvent::MouseButtonPress);
-    EXPECT_EQ(shelf.model().selectedItem()->text(), u"text 1"_s);
-    click(*row().cards()[2], QEvent::MouseButtonDblClick);
-    shelf.advance(100);
-    EXPECT_EQ(shelf.keys.posted.size(), 2U);
-    EXPECT_EQ(shelf.world.newest()->text(), u"text 1"_s);
+TEST_F(ShelfViewTest, aDoubleClickPastesWhatItsFirstClickChoseEvenWhenTheRowHasMoved) {
+    copyTexts(20);
+    struct Row {
+        int x;
+        const char* what;
+    };
+    for (const auto& [x, what] : {Row{950, "another card is there"}, Row{845, "a gap is there"}}) {
+        shelf.controller.show();
+        press({x, 200});
+        const auto chosen = shelf.model().selectedItem();
+        EXPECT_NE(chosen, shelf.world.newest()) << what;
+        shelf.advance(200);
+        press({x, 200}, QEvent::MouseButtonDblClick);
+        EXPECT_FALSE(shelf.panel().isVisible()) << what;
+        EXPECT_EQ(shelf.world.newest(), chosen) << what;
+    }
+
+    shelf.controller.show();
+    press({950, 200});
+    shelf.advance(200);
+    const auto chosen = shelf.model().selectedItem();
+    press({385, 200});
+    press({385, 200}, QEvent::MouseButtonDblClick);
+    EXPECT_TRUE(shelf.panel().isVisible()) << "both clicks were between cards";
 }
 
 TEST_F(ShelfViewTest, theMenuOffersWhatFitsTheItem) {

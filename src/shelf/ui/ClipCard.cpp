@@ -115,7 +115,7 @@ void ClipCard::mouseMoveEvent(QMouseEvent* event) {
 
 void ClipCard::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        Q_EMIT pasted();
+        Q_EMIT doubleClicked();
 }
 
 void ClipCard::contextMenuEvent(QContextMenuEvent* event) {

@@ -33,7 +33,7 @@ public:
 
 Q_SIGNALS:
     void chosen();
-    void pasted();
+    void doubleClicked();
     void menuRequested(QPoint globalPosition);
     void draggedOut();
     void selectionShownChanged();

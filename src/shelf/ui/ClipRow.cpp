@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
@@ -113,8 +114,8 @@ ClipCard* ClipRow::makeCard(const std::shared_ptr<ClipItem>& item) {
     auto* card = new ClipCard(*this, item, m_scheduler, m_theme);
     card->setSelected(item == m_model.selectedItem());
     connect(card, &ClipCard::selectionShownChanged, this, qOverload<>(&QWidget::update));
-    connect(card, &ClipCard::chosen, this, [this, item] { m_model.setSelectedID(item->id()); });
-    connect(card, &ClipCard::pasted, this, [this, item] { Q_EMIT pasteRequested(item); });
+    connect(card, &ClipCard::chosen, this, [this, item] { click(item); });
+    connect(card, &ClipCard::doubleClicked, this, &ClipRow::pasteClicked);
     connect(card, &ClipCard::draggedOut, this,
             [this, item, card] { Q_EMIT draggedOut(item, card->grab()); });
     connect(card, &ClipCard::menuRequested, this,
@@ -159,6 +160,27 @@ void ClipRow::updateSelection() {
     const auto selected = m_model.selectedItem();
     for (const auto& [index, card] : m_cards)
         card->setSelected(card->item() == selected);
+}
+
+void ClipRow::click(const std::shared_ptr<ClipItem>& item) {
+    m_clicked = item;
+    m_model.setSelectedID(item->id());
+}
+
+/// A click brings its card to the middle, so the second one of a pair may meet another card or
+/// none.
+void ClipRow::pasteClicked() {
+    if (const auto item = std::exchange(m_clicked, nullptr))
+        Q_EMIT pasteRequested(item);
+}
+
+void ClipRow::mousePressEvent(QMouseEvent*) {
+    m_clicked.reset();
+}
+
+void ClipRow::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        pasteClicked();
 }
 
 void ClipRow::paintEvent(QPaintEvent*) {

@@ -36,6 +36,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
     QRectF placeOf(int index) const;
@@ -48,12 +50,15 @@ private:
     void showLook(ClipCard& card, int index);
     static void discard(ClipCard* card);
     void updateSelection();
+    void click(const std::shared_ptr<ClipItem>& item);
+    void pasteClicked();
 
     ShelfModel& m_model;
     ClipCardLooks& m_looks;
     Scheduler& m_scheduler;
     const Theme& m_theme;
-    std::map<int, ClipCard*> m_cards; ///< by position; owned as children
+    std::map<int, ClipCard*> m_cards;    ///< by position; owned as children
+    std::shared_ptr<ClipItem> m_clicked; ///< what the last press chose
     double m_offset = 0;
     double m_target = 0; ///< where the scrolling under way ends
     Animation m_scrolling;
