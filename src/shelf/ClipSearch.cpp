@@ -90,11 +90,12 @@ void ClipSearch::readPending() {
     };
     const auto reading = std::make_shared<Reading>();
     qint64 bytes = 0;
-    while (!m_pending.empty() && bytes < readAtOnce) {
-        bytes += m_pending.back()->longTextBytes();
-        reading->items.push_back(*m_pending.back());
-        m_pending.pop_back();
+    auto rest = m_pending.begin();
+    for (; rest != m_pending.end() && bytes < readAtOnce; ++rest) {
+        bytes += (*rest)->longTextBytes();
+        reading->items.push_back(**rest);
     }
+    m_pending.erase(m_pending.begin(), rest);
     const auto work = [reading] {
         for (const ClipItem& item : reading->items)
             reading->texts.push_back(comparable(item.searchText()));
@@ -110,14 +111,19 @@ void ClipSearch::readPending() {
             const qsizetype size = text->size();
             m_long.insert(id, text.release(), size);
         }
+        // The needle may have changed meanwhile, so that these texts were asked for again.
+        std::erase_if(m_pending,
+                      [this](const auto& item) { return m_verdicts.contains(item->id()); });
         readPending();
-        if (hasFound && onFound)
-            onFound();
+        if ((hasFound || isComplete()) && onProgress)
+            onProgress();
     };
-    m_scheduler.background(work, m_alive(done));
+    m_scheduler.background(work, m_reading(done));
 }
 
 void ClipSearch::release() {
+    m_reading = {};
+    m_isReading = false;
     m_long.clear();
     m_pending.clear();
 }

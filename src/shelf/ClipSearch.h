@@ -23,14 +23,18 @@ public:
     void setNeedle(const QString& needle);
 
     /// Whether the item contains the needle. False as long as its text has not been read; then
-    /// onFound tells.
+    /// onProgress tells.
     bool matches(const std::shared_ptr<ClipItem>& item);
+
+    /// Whether no answer is waiting for a text to be read.
+    bool isComplete() const { return !m_isReading; }
 
     /// Lets go of the long texts. To be called when nobody searches for a while.
     void release();
 
-    /// Called from the event loop when items match that did not when they were asked for.
-    std::function<void()> onFound;
+    /// Called from the event loop when items match that did not when they were asked for, and when
+    /// the answers have become complete.
+    std::function<void()> onProgress;
 
 private:
     /// UTF-8 that is equal for texts that differ in case alone.
@@ -47,6 +51,7 @@ private:
     QHash<QUuid, bool> m_verdicts; ///< of long texts, on the present needle
     ClipItems m_pending;           ///< long texts to read for the present needle
     bool m_isReading = false;
+    Alive m_reading; ///< what is being read is of use
     Alive m_alive;
 };
 

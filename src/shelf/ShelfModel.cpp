@@ -68,7 +68,7 @@ QString ShelfModel::title(Filter filter) {
 ShelfModel::ShelfModel(ClipboardStore& store, Scheduler& scheduler)
     : m_store(store), m_search(scheduler) {
     connect(&store, &ClipboardStore::itemsChanged, this, &ShelfModel::forgetVisibleItems);
-    m_search.onFound = [this] { forgetVisibleItems(); };
+    m_search.onProgress = [this] { forgetVisibleItems(); };
 }
 
 void ShelfModel::setQuery(const QString& query) {
@@ -129,6 +129,11 @@ const ClipItems& ShelfModel::visibleItems() const {
             visible.push_back(item);
     }
     return visible;
+}
+
+bool ShelfModel::isSearchComplete() const {
+    visibleItems();
+    return withoutSurroundingSpace(m_query).isEmpty() || m_search.isComplete();
 }
 
 void ShelfModel::forgetVisibleItems() {

@@ -41,6 +41,10 @@ public:
     const ClipItems& visibleItems() const;
     std::shared_ptr<ClipItem> selectedItem() const;
 
+    /// Whether all is in visibleItems() that belongs there. Long texts join it once they have been
+    /// read; visibleItemsChanged() tells of that, too.
+    bool isSearchComplete() const;
+
     /// Moves the selection by so many places, at most to the first or the last item.
     void moveSelection(int step);
 

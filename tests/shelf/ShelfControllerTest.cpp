@@ -28,9 +28,9 @@ protected:
         QCoreApplication::sendEvent(focus, &event);
     }
 
-    QString pasteboard() {
+    QString pasteboard(qint64 maxBytes = 1000) {
         QString text;
-        shelf.world.pasteboard.read(PasteboardType::string, 1000, [&text](const auto& reading) {
+        shelf.world.pasteboard.read(PasteboardType::string, maxBytes, [&](const auto& reading) {
             text = QString::fromUtf8(reading.bytes);
         });
         return text;
@@ -114,6 +114,46 @@ TEST_F(ShelfControllerTest, typingSearchesWhileArrowsSelectAndEscapeClearsThenCl
     press(Qt::Key_Return);
     shelf.advance(200);
     EXPECT_TRUE(shelf.keys.posted.empty()) << "a hidden shelf takes no keys";
+}
+
+TEST_F(ShelfControllerTest, returnRightAfterTypingWaitsUntilLongTextsAreSearched) {
+    const QString longText = QString(100'000, u'x') + u"gamma"_s;
+    shelf.world.copy(longText);
+    const auto isShown = [&](const QWidget* widget) {
+        return widget->isVisibleTo(&shelf.controller.window());
+    };
+    const auto* emptyState = shelf.view().findChild<ShelfEmptyState*>();
+    shelf.controller.show();
+    shelf.world.scheduler.holdBackground();
+    press(Qt::Key_G, {}, u"gam"_s);
+    press(Qt::Key_Return);
+    press(Qt::Key_Return);
+    shelf.advance(100);
+    EXPECT_FALSE(isOut());
+    shelf.world.scheduler.releaseBackground();
+    shelf.advance(1);
+    EXPECT_TRUE(isOut());
+    EXPECT_EQ(pasteboard(100'000 + 5), longText);
+
+    shelf.controller.show();
+    shelf.world.scheduler.holdBackground();
+    press(Qt::Key_N, {}, u"nowhere"_s);
+    EXPECT_FALSE(isShown(emptyState));
+    press(Qt::Key_Return);
+    press(Qt::Key_Escape);
+    press(Qt::Key_A, {}, u"alp"_s);
+    press(Qt::Key_1, Qt::ControlModifier);
+    shelf.advance(299);
+    EXPECT_FALSE(isOut());
+    shelf.advance(1);
+    EXPECT_TRUE(isOut()) << "it does not wait for ever";
+    EXPECT_EQ(pasteboard(), u"alpha"_s);
+
+    shelf.controller.show();
+    press(Qt::Key_N, {}, u"nowhere"_s);
+    shelf.world.scheduler.releaseBackground();
+    shelf.advance(1);
+    EXPECT_TRUE(isShown(emptyState));
 }
 
 TEST_F(ShelfControllerTest, returnPastesAfterTheShelfIsGone) {

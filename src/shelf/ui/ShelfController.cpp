@@ -14,6 +14,7 @@ constexpr double slide = 24;
 constexpr auto showDuration = 180ms;
 constexpr auto hideDuration = 120ms;
 constexpr auto pasteDelay = 60ms;
+constexpr auto searchPatience = 300ms;
 
 Rect targetOn(const Screen& screen) {
     const Rect visible = screen.visibleFrame;
@@ -36,6 +37,14 @@ ShelfController::ShelfController(const Services& services, std::function<void()>
       m_screenChanges(services.screens.observe([this] { followScreens(); })) {
     m_window.setContent(m_view);
     m_panel->onResignKey = [this] { hide(); };
+    QObject::connect(&m_model, &ShelfModel::visibleItemsChanged, &m_window, [this] {
+        if (m_waiting && m_model.isSearchComplete())
+            m_patience = m_services.view.look.scheduler.after(0ms, [this] { pasteWaiting(); });
+    });
+    QObject::connect(&m_model, &ShelfModel::queryChanged, &m_window, [this] {
+        m_waiting.reset();
+        m_patience.reset();
+    });
 }
 
 void ShelfController::show() {
@@ -89,6 +98,12 @@ void ShelfController::installKeyMonitor() {
         m_window, [this](const ShelfKey& key) { return m_panel->isKey() && handle(key); });
 }
 
+void ShelfController::removeKeyMonitor() {
+    m_keyMonitor.reset();
+    m_waiting.reset();
+    m_patience.reset();
+}
+
 bool ShelfController::handle(const ShelfKey& key) {
     const auto action = shelfAction(key);
     return action && perform(*action);
@@ -97,11 +112,8 @@ bool ShelfController::handle(const ShelfKey& key) {
 bool ShelfController::perform(const ShelfAction& action) {
     switch (action.kind) {
     case ShelfAction::Kind::pasteSelected:
-        if (const auto item = m_model.selectedItem())
-            paste(item, action.plainText);
-        return true;
     case ShelfAction::Kind::pasteNumber:
-        pasteNumber(action.number, action.plainText);
+        pasteOnceFound(action);
         return true;
     case ShelfAction::Kind::remove:
         removeSelected();
@@ -124,11 +136,31 @@ bool ShelfController::perform(const ShelfAction& action) {
     return false;
 }
 
-void ShelfController::pasteNumber(int number, bool plainText) {
+/// Whoever types fast presses Return before long texts have been searched.
+void ShelfController::pasteOnceFound(const ShelfAction& action) {
+    if (m_waiting)
+        return;
+    m_waiting = action;
+    if (m_model.isSearchComplete())
+        pasteWaiting();
+    else
+        m_patience =
+            m_services.view.look.scheduler.after(searchPatience, [this] { pasteWaiting(); });
+}
+
+void ShelfController::pasteWaiting() {
+    m_patience.reset();
+    const auto action = std::exchange(m_waiting, std::nullopt);
+    if (const auto item = itemToPaste(*action))
+        paste(item, action->plainText);
+}
+
+std::shared_ptr<ClipItem> ShelfController::itemToPaste(const ShelfAction& action) const {
+    if (action.kind == ShelfAction::Kind::pasteSelected)
+        return m_model.selectedItem();
     const ClipItems& items = m_model.visibleItems();
-    const auto index = static_cast<size_t>(number - 1);
-    if (index < items.size())
-        paste(std::shared_ptr(items[index]), plainText);
+    const auto index = static_cast<size_t>(action.number - 1);
+    return index < items.size() ? items[index] : nullptr;
 }
 
 void ShelfController::removeSelected() {

@@ -46,10 +46,12 @@ public:
 private:
     void followScreens();
     void installKeyMonitor();
-    void removeKeyMonitor() { m_keyMonitor.reset(); }
+    void removeKeyMonitor();
     bool handle(const ShelfKey& key);
     bool perform(const ShelfAction& action);
-    void pasteNumber(int number, bool plainText);
+    void pasteOnceFound(const ShelfAction& action);
+    void pasteWaiting();
+    std::shared_ptr<ClipItem> itemToPaste(const ShelfAction& action) const;
     void removeSelected();
     void paste(const std::shared_ptr<ClipItem>& item, bool plainText);
     void pasteEnded(bool posted);
@@ -64,6 +66,8 @@ private:
     Animation m_animation;
     Screens::Observation m_screenChanges;
     std::unique_ptr<KeyMonitor> m_keyMonitor;
+    std::optional<ShelfAction> m_waiting;        ///< a paste, for the search to know of what
+    std::unique_ptr<Timer> m_patience;           ///< the end of that wait
     std::deque<std::unique_ptr<Timer>> m_pastes; ///< keystrokes to come, in order
     bool m_showedAccessibilitySetup = false;
     Alive m_alive;

@@ -55,7 +55,7 @@ void ShelfView::resizeEvent(QResizeEvent*) {
 void ShelfView::showContent() {
     const bool isEmpty = m_model.visibleItems().empty();
     m_row->setVisible(!isEmpty);
-    m_emptyState->setVisible(isEmpty);
+    m_emptyState->setVisible(isEmpty && m_model.isSearchComplete());
     m_emptyState->setQuery(m_model.query());
 }
 
