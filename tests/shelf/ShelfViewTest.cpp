@@ -83,6 +83,32 @@ TEST_F(ShelfViewTest, onlyTheCardsInViewExistAndTheSelectedOneComesToTheMiddle) 
     EXPECT_TRUE(row().cards().front()->isSelected());
 }
 
+TEST_F(ShelfViewTest, whatReturnPastesStaysInViewUnlessTheUserScrollsAway) {
+    copyTexts(20);
+    const auto selectedPlace = [&] {
+        for (const ClipCard* card : row().cards()) {
+            if (card->isSelected())
+                return card->geometry();
+        }
+        return QRect();
+    };
+    shelf.model().moveSelection(19);
+    shelf.advance(200);
+    shelf.model().setQuery(u"text 2"_s);
+    EXPECT_EQ(selectedPlace().left(), 18);
+    shelf.model().setQuery({});
+    shelf.advance(200);
+    EXPECT_EQ(selectedPlace().right(), 1000 - 18 - 1);
+    shelf.world.copy(u"one more"_s);
+    shelf.advance(200);
+    EXPECT_EQ(selectedPlace().right(), 1000 - 18 - 1);
+
+    wheel({9000, 0}, {});
+    shelf.world.store->togglePin(shelf.world.newest());
+    shelf.advance(200);
+    EXPECT_EQ(row().offset(), 0);
+}
+
 TEST_F(ShelfViewTest, wheelAndTouchpadScrollWithinTheRow) {
     copyTexts(20);
     const double end = 18 + 20 * 230 - 14 + 18 - 1000;

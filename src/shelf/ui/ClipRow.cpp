@@ -31,7 +31,7 @@ ClipRow::ClipRow(QWidget& parent, ShelfModel& model, ClipCardLooks& looks, Sched
       m_scrolling(scheduler) {
     ClipCard::installAccessibility();
     setAccessibleName(tr("Clips"));
-    connect(&model, &ShelfModel::visibleItemsChanged, this, &ClipRow::refresh);
+    connect(&model, &ShelfModel::visibleItemsChanged, this, &ClipRow::followList);
     connect(&model, &ShelfModel::selectedIDChanged, this, [this] {
         updateSelection();
         scrollToSelection();
@@ -85,6 +85,21 @@ void ClipRow::scrollToSelection() {
     const auto index = static_cast<double>(selected - items.begin());
     const double centre = leading + index * pitch + ClipCardLook::size.width() / 2;
     scrollAnimated(centre - width() / 2.0);
+}
+
+bool ClipRow::isWhollyInView(const std::shared_ptr<ClipItem>& item) const {
+    const auto found = std::ranges::find_if(
+        m_cards, [&item](const auto& entry) { return entry.second->item() == item; });
+    return found != m_cards.end() && QRectF(rect()).contains(placeOf(found->first));
+}
+
+/// Keeps in view what Return pastes. A row that the user has scrolled elsewhere stays there.
+void ClipRow::followList() {
+    const auto selected = m_model.selectedItem();
+    const bool isFollowed = selected != m_selected.lock() || isWhollyInView(selected);
+    refresh();
+    if (isFollowed && !isWhollyInView(selected))
+        scrollToSelection();
 }
 
 void ClipRow::refresh() {
@@ -158,6 +173,7 @@ void ClipRow::placeCards() {
 
 void ClipRow::updateSelection() {
     const auto selected = m_model.selectedItem();
+    m_selected = selected;
     for (const auto& [index, card] : m_cards)
         card->setSelected(card->item() == selected);
 }

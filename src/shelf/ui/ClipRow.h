@@ -45,6 +45,8 @@ private:
     void scrollTo(double offset);
     void scrollAnimated(double offset);
     void scrollToSelection();
+    void followList();
+    bool isWhollyInView(const std::shared_ptr<ClipItem>& item) const;
     void placeCards();
     ClipCard* makeCard(const std::shared_ptr<ClipItem>& item);
     void showLook(ClipCard& card, int index);
@@ -58,6 +60,7 @@ private:
     Scheduler& m_scheduler;
     const Theme& m_theme;
     std::map<int, ClipCard*> m_cards;    ///< by position; owned as children
+    std::weak_ptr<ClipItem> m_selected;  ///< what shows as selected, in view or not
     std::shared_ptr<ClipItem> m_clicked; ///< what the last press chose
     double m_offset = 0;
     double m_target = 0; ///< where the scrolling under way ends
