@@ -6,9 +6,12 @@
 #include "platform/memory/MemoryWorkspace.h"
 #include "settings/ui/SetupWindow.h"
 
+#include <gmock/gmock.h>
+
 namespace quillet {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 /// The guide among the windows of a window manager.
 class SetupWindowDesktopTest : public InputDesktop {
@@ -17,6 +20,7 @@ protected:
         return spinUntil([&] { return setup.window()->isActiveWindow(); });
     }
     bool isOnboard() const { return preferences.value(SetupWindow::didOnboardKey()); }
+    QPoint position() const { return setup.window()->pos(); }
 
     Theme theme;
     MemoryPreferences preferences;
@@ -41,6 +45,45 @@ TEST_F(SetupWindowDesktopTest, itComesBeforeWhateverIsActiveAndReturnEndsIt) {
     run(u"xdotool key Return"_s);
     EXPECT_TRUE(spinUntil([&] { return !setup.window()->isVisible(); }));
     EXPECT_TRUE(isOnboard());
+}
+
+TEST_F(SetupWindowDesktopTest, itComesFromTheTaskbarAndFromAnotherWorkspaceToWhereItWas) {
+    setup.show();
+    ASSERT_TRUE(isActive());
+    const QPoint place = position();
+    setup.window()->showMinimized();
+    ASSERT_TRUE(spinUntil([&] { return !setup.window()->isActiveWindow(); }));
+    setup.show();
+    EXPECT_TRUE(isActive());
+    EXPECT_FALSE(setup.window()->isMinimized());
+
+    run(u"xdotool set_num_desktops 2 set_desktop 1"_s);
+    const KeyLog browser(*connection);
+    ASSERT_TRUE(spinUntil([&] { return !setup.window()->isActiveWindow(); }));
+    setup.show();
+    EXPECT_TRUE(isActive());
+    const auto current = connection->values(
+        connection->root(), connection->atom("_NET_CURRENT_DESKTOP"), XCB_ATOM_CARDINAL, 1);
+    EXPECT_THAT(current, testing::ElementsAre(1u)) << "the user stays where they are";
+    EXPECT_EQ(position(), place);
+    run(u"xdotool set_desktop 0"_s);
+}
+
+TEST_F(SetupWindowDesktopTest, aFreePlaceMovesItAndAClickThereDoesNot) {
+    setup.show();
+    ASSERT_TRUE(isActive());
+    const QPoint place = position();
+    const QPoint free = setup.window()->mapToGlobal(QPoint(20, 100));
+    run(u"xdotool mousemove %1 %2 click 1 mousemove_relative 90 60"_s.arg(free.x()).arg(free.y()));
+    spinFor(200ms);
+    EXPECT_EQ(position(), place);
+    run(u"xdotool mousemove %1 %2 mousedown 1"_s.arg(free.x()).arg(free.y()));
+    for (int step = 0; step < 4; ++step) {
+        run(u"xdotool mousemove_relative 20 10"_s);
+        spinFor(50ms);
+    }
+    run(u"xdotool mouseup 1"_s);
+    EXPECT_TRUE(spinUntil([&] { return position().x() >= place.x() + 40; }));
 }
 
 TEST_F(SetupWindowDesktopTest, theCloseBoxLeavesItForTheNextLaunch) {

@@ -2,6 +2,7 @@
 
 #include "app/look/Shadow.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWindow>
@@ -97,7 +98,23 @@ void SetupView::keyPressEvent(QKeyEvent* event) {
 
 void SetupView::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        window()->windowHandle()->startSystemMove();
+        m_pressed = event->globalPosition();
+}
+
+/// A window manager that takes over at the press may miss the release of a short click and leave
+/// the window at the pointer.
+void SetupView::mouseMoveEvent(QMouseEvent* event) {
+    if (!m_pressed)
+        return;
+    const QPoint way = (event->globalPosition() - *m_pressed).toPoint();
+    if (way.manhattanLength() < QApplication::startDragDistance())
+        return;
+    m_pressed.reset();
+    window()->windowHandle()->startSystemMove();
+}
+
+void SetupView::mouseReleaseEvent(QMouseEvent*) {
+    m_pressed.reset();
 }
 
 void SetupView::showPermissions() {

@@ -5,6 +5,7 @@
 #include "settings/ui/ShortcutHint.h"
 
 #include <array>
+#include <optional>
 
 namespace quillet {
 
@@ -24,6 +25,8 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -38,6 +41,8 @@ private:
     std::array<PermissionCard, 2> m_cards;
     std::array<ShortcutHint, 3> m_hints;
     Button m_done;
+    /// Where on the screen a free place was pressed, until the window moves or at the release.
+    std::optional<QPointF> m_pressed;
     int m_markTop = 0;
     int m_headingTop = 0;
     int m_hintsTop = 0;

@@ -18,6 +18,11 @@ void SetupWindow::show() {
     m_services.permissions.refresh();
     if (!m_window)
         makeWindow();
+    // Made anew on the screen, it comes to the workspace that the user is on, also when minimised;
+    // window managers differ on whether a mere request would bring it.
+    if (m_window->isVisible() && !m_window->isActiveWindow())
+        m_window->hide();
+    m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
