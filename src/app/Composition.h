@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/look/CommandKeys.h"
 #include "app/look/Theme.h"
 #include "app/look/Toast.h"
 #include "app/look/Tooltips.h"
@@ -36,6 +37,7 @@ struct Composition {
     std::unique_ptr<ClipboardKeeper> keeper;
     Theme theme;
     Tooltips tooltips{{theme, *platform.scheduler, *platform.panels}};
+    CommandKeys commandKeys{*platform.hotKeys};
     Toast toast{{theme, *platform.scheduler, *platform.panels}, *platform.screens};
     AppIconStore applications{*platform.workspace};
     std::unique_ptr<DragFiles> dragFiles;

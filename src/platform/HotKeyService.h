@@ -27,6 +27,11 @@ public:
     [[nodiscard]] virtual std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers,
                                                             uint32_t id) = 0;
 
+    /// What a key types without modifiers in the layout that shortcuts go by: the first Latin one,
+    /// else an American keyboard. 0 for keys without a character. `scanCode` is the one that key
+    /// events of the toolkit carry.
+    virtual char32_t symbol(uint32_t scanCode) const = 0;
+
     /// Called from the event loop with a registration's id at the first press of its key, not at
     /// its repeats.
     std::function<void(uint32_t id)> onPressed;

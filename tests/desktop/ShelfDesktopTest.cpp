@@ -107,6 +107,25 @@ TEST_F(ShelfLoopDesktop, itPastesInEveryKeyboardLayout) {
     session().run(u"setxkbmap"_s, {u"us"_s, u"-option"_s});
 }
 
+TEST_F(ShelfLoopDesktop, commandsGoByLatinLettersWithSuperAsWithControl) {
+    const auto isPinned = [&] { return quillet.clips().first()["isPinned"_L1].toBool(); };
+    for (const QStringList& layout :
+         {QStringList{u"us,ru"_s, u"-option"_s, u"grp:menu_toggle"_s}, QStringList{u"ru"_s}}) {
+        session().run(u"setxkbmap"_s, layout);
+        press(u"key 135"_s);
+        openShelf(u"55"_s);
+        for (const QString& modifier : {u"ctrl"_s, u"super"_s}) {
+            const bool before = isPinned();
+            press(u"key %1+33"_s.arg(modifier)); // p
+            EXPECT_TRUE(eventually([&] { return isPinned() != before; }))
+                << modifier.toStdString() << ' ' << layout.first().toStdString();
+        }
+        press(u"key Escape"_s);
+        EXPECT_TRUE(isShelfGone()) << "something was typed";
+    }
+    session().run(u"setxkbmap"_s, {u"us"_s, u"-option"_s});
+}
+
 TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
     const QString received = session().home() + u"/received"_s;
     const auto terminal = session().start(

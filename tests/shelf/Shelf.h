@@ -1,6 +1,8 @@
 #pragma once
 
+#include "app/look/CommandKeys.h"
 #include "platform/memory/MemoryAccess.h"
+#include "platform/memory/MemoryHotKeys.h"
 #include "platform/memory/MemoryKeySynthesis.h"
 #include "platform/memory/MemoryPanels.h"
 #include "platform/memory/MemoryScreens.h"
@@ -21,6 +23,8 @@ struct Shelf {
     AppIconStore applications{world.workspace};
     QTemporaryDir folder;
     DragFiles dragFiles{folder.filePath(QStringLiteral("drag"))};
+    MemoryHotKeys keyboard{world.scheduler};
+    CommandKeys commandKeys{keyboard};
     int setupGuides = 0;
 
     ShelfView::Services services{

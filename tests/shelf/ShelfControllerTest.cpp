@@ -22,8 +22,9 @@ protected:
     }
 
     /// Presses a key where the keyboard is, in the shelf.
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}, const QString& text = {}) {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+    void press(int key, Qt::KeyboardModifiers modifiers = {}, const QString& text = {},
+               quint32 scanCode = 0) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, 0, 0, text);
         QWidget* focus = shelf.controller.window().focusWidget();
         QCoreApplication::sendEvent(focus, &event);
     }
@@ -202,6 +203,29 @@ TEST_F(ShelfControllerTest, numbersPasteTheVisibleCardsAndSwallowTheRest) {
     EXPECT_TRUE(isOut());
     EXPECT_EQ(pasteboard(), u"https://example.org/b"_s);
     EXPECT_FALSE(shelf.world.pasteboard.types().contains(PasteboardType::url)) << "plain text";
+}
+
+TEST_F(ShelfControllerTest, superAndControlAreCommandInEveryLayoutAndTypeNothing) {
+    const QChar ze(0x0437);
+    shelf.keyboard.symbols[33] = U'p';
+    bool isPinned = false;
+    for (const Qt::KeyboardModifier modifier : {Qt::ControlModifier, Qt::MetaModifier}) {
+        press(ze.toUpper().unicode(), modifier, ze, 33);
+        isPinned = !isPinned;
+        EXPECT_EQ(shelf.model().selectedItem()->isPinned(), isPinned) << modifier;
+    }
+    press(Qt::Key_Meta);
+    press(Qt::Key_Y, Qt::MetaModifier, u"y"_s);
+    press(Qt::Key_Y, Qt::AltModifier, u"y"_s);
+    EXPECT_EQ(shelf.model().query(), QString());
+
+    press(Qt::Key_A, {}, u"a"_s);
+    press(Qt::Key_A, Qt::MetaModifier, u"a"_s);
+    press(Qt::Key_X, Qt::MetaModifier, u"x"_s);
+    EXPECT_EQ(shelf.model().query(), QString());
+    EXPECT_EQ(pasteboard(), u"a"_s);
+    press(Qt::Key_V, Qt::MetaModifier, u"v"_s);
+    EXPECT_EQ(shelf.model().query(), u"a"_s);
 }
 
 TEST_F(ShelfControllerTest, withoutThePermissionItOnlyCopiesAndExplainsOnce) {

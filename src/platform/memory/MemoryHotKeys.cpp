@@ -34,6 +34,11 @@ std::unique_ptr<HotKeyService::Registration> MemoryHotKeys::add(uint32_t keyCode
     return std::make_unique<Entry>(*this, combination, id);
 }
 
+char32_t MemoryHotKeys::symbol(uint32_t scanCode) const {
+    const auto found = symbols.find(scanCode);
+    return found == symbols.end() ? 0 : found->second;
+}
+
 bool MemoryHotKeys::press(Combination combination) {
     bool isShortcut = false;
     for (const Entry* entry : *m_entries) {

@@ -3,6 +3,7 @@
 #include "platform/HotKeyService.h"
 #include "platform/Scheduler.h"
 
+#include <map>
 #include <set>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
 
     std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers, uint32_t id) override;
 
+    char32_t symbol(uint32_t scanCode) const override;
+
     /// Presses a combination; whether it is a shortcut. It is reported at the next advance.
     bool press(Combination combination);
 
@@ -33,6 +36,9 @@ public:
 
     /// Combinations that other programs have.
     std::set<Combination> taken;
+
+    /// What keys type, by scan code.
+    std::map<uint32_t, char32_t> symbols;
 
 private:
     class Entry;

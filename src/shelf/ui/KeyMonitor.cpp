@@ -31,7 +31,7 @@ uint16_t keyCode(int key) {
 
 ShelfKey shelfKey(const QKeyEvent& event) {
     const bool shift = event.modifiers().testFlag(Qt::ShiftModifier);
-    const bool command = (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0;
+    const bool command = event.modifiers().testFlag(Qt::ControlModifier);
     const bool isCharacter = event.key() > 0 && event.key() < Qt::Key_Escape;
     QString characters;
     if (isCharacter) {

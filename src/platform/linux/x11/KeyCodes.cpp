@@ -116,8 +116,12 @@ constexpr KeyMeaning meanings[] = {
 } // namespace
 
 std::optional<KeyMeaning> keyMeaning(uint32_t keyCode) {
-    const auto* meaning = std::find_if(std::begin(meanings), std::end(meanings),
-                                       [&](const KeyMeaning& m) { return m.keyCode == keyCode; });
+    const auto* meaning = std::ranges::find(meanings, keyCode, &KeyMeaning::keyCode);
+    return meaning == std::end(meanings) ? std::nullopt : std::optional(*meaning);
+}
+
+std::optional<KeyMeaning> keyMeaningAt(uint32_t position) {
+    const auto* meaning = std::ranges::find(meanings, position, &KeyMeaning::position);
     return meaning == std::end(meanings) ? std::nullopt : std::optional(*meaning);
 }
 

@@ -16,4 +16,7 @@ struct KeyMeaning {
 /// The meaning of a virtual key code; none for one that no keyboard here has.
 std::optional<KeyMeaning> keyMeaning(uint32_t keyCode);
 
+/// The meaning of a key on an American keyboard.
+std::optional<KeyMeaning> keyMeaningAt(uint32_t position);
+
 } // namespace quillet

@@ -69,6 +69,10 @@ std::unique_ptr<HotKeyService::Registration> X11HotKeys::add(uint32_t keyCode, u
     return entry;
 }
 
+char32_t X11HotKeys::symbol(uint32_t scanCode) const {
+    return m_keymap ? m_keymap->shortcutSymbol(scanCode) : 0;
+}
+
 std::vector<X11HotKeys::Grab> X11HotKeys::grabsFor(uint32_t keyCode, uint32_t modifiers) const {
     const std::optional<KeyMeaning> meaning = keyMeaning(keyCode);
     if (!m_keymap || !meaning)

@@ -23,6 +23,7 @@ public:
     bool isAvailable() const { return m_keymap != nullptr; }
 
     std::unique_ptr<Registration> add(uint32_t keyCode, uint32_t modifiers, uint32_t id) override;
+    char32_t symbol(uint32_t scanCode) const override;
 
 private:
     struct Grab {

@@ -44,11 +44,8 @@ std::unique_ptr<X11Keymap> X11Keymap::current(X11Connection& connection) {
 X11Keymap::X11Keymap(xkb_keymap* keymap, uint32_t layout) : m_keymap(keymap), m_layout(layout) {
     for (uint32_t i = 0; i < xkb_keymap_num_layouts(m_keymap); ++i)
         m_layouts.push_back(i);
-    const std::vector<xcb_keycode_t> all = keys();
-    std::stable_partition(m_layouts.begin(), m_layouts.end(), [&](uint32_t candidate) {
-        return std::any_of(all.begin(), all.end(),
-                           [&](xcb_keycode_t key) { return types(key, candidate, 0, XKB_KEY_a); });
-    });
+    std::stable_partition(m_layouts.begin(), m_layouts.end(),
+                          [this](uint32_t candidate) { return isLatin(candidate); });
 }
 
 X11Keymap::~X11Keymap() {
@@ -69,6 +66,17 @@ std::vector<xcb_keycode_t> X11Keymap::shortcutKeys(const KeyMeaning& wanted) con
     if (found.empty())
         found.push_back(wanted.position);
     return found;
+}
+
+char32_t X11Keymap::shortcutSymbol(uint32_t key) const {
+    if (m_layouts.empty() || !isLatin(m_layouts.front())) {
+        const std::optional<KeyMeaning> meaning = keyMeaningAt(key);
+        return meaning ? xkb_keysym_to_utf32(meaning->keysym) : 0;
+    }
+    const xkb_keysym_t* symbols = nullptr;
+    const int count =
+        xkb_keymap_key_get_syms_by_level(m_keymap, key, m_layouts.front(), 0, &symbols);
+    return count == 1 ? xkb_keysym_to_utf32(symbols[0]) : 0;
 }
 
 std::optional<xcb_keycode_t> X11Keymap::typingKey(xcb_keysym_t symbol) const {
@@ -131,6 +139,12 @@ bool X11Keymap::hasSymbol(xcb_keycode_t key, std::initializer_list<xcb_keysym_t>
     return std::any_of(symbols.begin(), symbols.end(), [&](xcb_keysym_t symbol) {
         return types(key, 0, 0, symbol) || types(key, 0, 1, symbol);
     });
+}
+
+bool X11Keymap::isLatin(uint32_t layout) const {
+    const std::vector<xcb_keycode_t> all = keys();
+    return std::any_of(all.begin(), all.end(),
+                       [&](xcb_keycode_t key) { return types(key, layout, 0, XKB_KEY_a); });
 }
 
 std::vector<xcb_keycode_t> X11Keymap::keys() const {

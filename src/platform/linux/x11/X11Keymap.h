@@ -26,6 +26,10 @@ public:
     /// any, without modifiers before with them; where no layout has it, the key at its place.
     std::vector<xcb_keycode_t> shortcutKeys(const KeyMeaning& key) const;
 
+    /// The character that a key stands for in shortcuts: that of the first Latin layout, else the
+    /// one at its place on an American keyboard; 0 for none.
+    char32_t shortcutSymbol(uint32_t key) const;
+
     /// The key that types a symbol without modifiers in the layout in use now.
     std::optional<xcb_keycode_t> typingKey(xcb_keysym_t symbol) const;
 
@@ -49,6 +53,7 @@ private:
 
     bool types(xcb_keycode_t key, uint32_t layout, uint32_t level, xcb_keysym_t symbol) const;
     bool hasSymbol(xcb_keycode_t key, std::initializer_list<xcb_keysym_t> symbols) const;
+    bool isLatin(uint32_t layout) const;
     std::vector<xcb_keycode_t> keys() const;
 
     xkb_keymap* m_keymap;
