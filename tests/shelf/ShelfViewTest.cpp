@@ -215,6 +215,10 @@ TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
     QFile file(image->urls().front().toLocalFile());
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), png);
+    const auto ofOthers = QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    const QString folder = QFileInfo(file).path();
+    for (const QString& path : {file.fileName(), folder, QFileInfo(folder).path()})
+        EXPECT_FALSE(QFile::permissions(path) & ofOthers) << path.toStdString();
     EXPECT_NE(shelf.view().dragContent(*shelf.world.newest())->urls(), image->urls());
 
     const DragFiles nextRun(shelf.folder.filePath(u"drag"_s));
