@@ -49,6 +49,9 @@ public:
     bool screenRecording() const { return m_screenRecording; }
     bool isGranted(Kind kind) const;
 
+    /// Why it is not given, for people; empty where it is.
+    QString cause(Kind kind) const { return m_services.access.cause(kind); }
+
     /// Whether it was requested during this run, which a restart may have to follow.
     bool requestedScreenRecording() const { return m_requestedScreenRecording; }
 

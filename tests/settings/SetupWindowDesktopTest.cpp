@@ -74,8 +74,10 @@ TEST_F(SetupWindowDesktopTest, aFreePlaceMovesItAndAClickThereDoesNot) {
     ASSERT_TRUE(isActive());
     const QPoint place = position();
     const QPoint free = setup.window()->mapToGlobal(QPoint(20, 100));
-    run(u"xdotool mousemove %1 %2 click 1 mousemove_relative 90 60"_s.arg(free.x()).arg(free.y()));
-    spinFor(200ms);
+    run(u"xdotool mousemove %1 %2 click 1"_s.arg(free.x()).arg(free.y()));
+    spinFor(100ms);
+    run(u"xdotool mousemove_relative 90 60"_s);
+    spinFor(100ms);
     EXPECT_EQ(position(), place);
     run(u"xdotool mousemove %1 %2 mousedown 1"_s.arg(free.x()).arg(free.y()));
     for (int step = 0; step < 4; ++step) {

@@ -11,7 +11,9 @@
 #include <gmock/gmock.h>
 #include <QAccessible>
 #include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
+#include <QScreen>
 
 namespace quillet {
 
@@ -21,6 +23,8 @@ using Kind = Permissions::Kind;
 
 class SetupWindowTest : public testing::Test {
 protected:
+    SetupWindowTest() { QCursor::setPos(QGuiApplication::screens().front()->geometry().center()); }
+
     /// The guide as shown with the program's file at `path`.
     void show(const QString& path = u"/usr/bin/quillet"_s) {
         commands.results[u"/bin/sh"_s] = {0, {}};
@@ -132,6 +136,33 @@ TEST_F(SetupWindowTest, shortcutsAreThoseInForceAndAssistiveProgramsLearnOfAll) 
     const auto* card = setup->window()->findChild<PermissionCard*>();
     EXPECT_EQ(card->accessibleName(), u"Screen Recording"_s);
     EXPECT_TRUE(card->accessibleDescription().startsWith(u"On "_s));
+    EXPECT_EQ(card->toolTip(), QString());
+    access.granted.clear();
+    permissions->refresh();
+    EXPECT_EQ(card->toolTip(), access.cause(Kind::screenRecording));
+    EXPECT_TRUE(card->accessibleDescription().endsWith(card->toolTip()));
+}
+
+TEST_F(SetupWindowTest, onALowScreenItIsLowerAndEveryButtonCanBeReached) {
+    const QRect screen = QGuiApplication::screens().back()->geometry();
+    QCursor::setPos(screen.center());
+    const auto isInSight = [&](const QWidget* widget) {
+        return setup->window()->rect().contains(
+            QRect(widget->mapTo(setup->window(), QPoint()), widget->size()));
+    };
+    show();
+    EXPECT_TRUE(screen.contains(setup->window()->geometry()));
+    EXPECT_LT(setup->window()->height(), screen.height() - 20) << "room for the title bar";
+    EXPECT_TRUE(isInSight(setup->window()->focusWidget()));
+
+    access.granted.clear();
+    show(u"/home/me/build/quillet"_s);
+    permissions->request(Kind::screenRecording);
+    for (qsizetype i = 0; i < buttons().size(); ++i) {
+        QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, {});
+        QApplication::sendEvent(setup->window()->focusWidget(), &tab);
+        EXPECT_TRUE(isInSight(setup->window()->focusWidget())) << i;
+    }
 }
 
 TEST_F(SetupWindowTest, itLooksAsDrawn) {

@@ -92,6 +92,10 @@ void PermissionCard::showState() {
         spoken.prepend(tr("On"));
     for (const HelpRow& row : m_help)
         spoken += row.lines.join(u' ').remove(strong);
+    const QString cause = m_permissions.cause(m_kind);
+    if (!cause.isEmpty())
+        spoken += cause;
+    setToolTip(cause);
     setAccessibleDescription(spoken.join(u' '));
     update();
 }

@@ -2,6 +2,8 @@
 
 #include "app/look/Shadow.h"
 
+#include <algorithm>
+#include <cmath>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -67,7 +69,7 @@ SetupView::SetupView(const Look& look, Permissions& permissions, HotKeyCenter& h
                {look, u"macwindow"_s, tr("Full screen"), this},
                {look, u"clipboard"_s, tr("Clipboard"), this}}},
       m_done(look, ButtonKind::prominent, {}, this, ButtonSize::large) {
-    setFixedSize(windowSize);
+    resize(windowSize);
     connect(&m_done, &Button::clicked, this, [this] { m_onDone(); });
     for (const auto changed :
          {&Permissions::accessibilityChanged, &Permissions::screenRecordingChanged,
@@ -77,7 +79,7 @@ SetupView::SetupView(const Look& look, Permissions& permissions, HotKeyCenter& h
     connect(&look.theme, &Theme::changed, this, [this] { update(); });
     showPermissions();
     showShortcuts();
-    m_done.setFocus();
+    setFocusProxy(&m_done);
 }
 
 bool SetupView::event(QEvent* event) {
@@ -132,7 +134,7 @@ void SetupView::showShortcuts() {
         m_hints[i].setKeys(m_hotKeys.shortcut(hintedActions[i]).display());
 }
 
-/// Puts one thing below the other and shares the height that is left among the gaps.
+/// Puts one thing below the other and shares the height that is left among the gaps, if any is.
 void SetupView::place() {
     double used = headerHeight + lineHeight + headingGap + cardGap + hintsHeight +
                   doneSize.height() + bottomPadding;
@@ -140,7 +142,8 @@ void SetupView::place() {
         used += card.sizeHint().height();
     for (const double gap : gaps)
         used += gap;
-    const double share = (height() - used) / static_cast<double>(std::size(gaps));
+    setMinimumHeight(static_cast<int>(std::ceil(used)));
+    const double share = std::max(0.0, (height() - used) / static_cast<double>(std::size(gaps)));
 
     double y = gaps[0] + share;
     m_markTop = qRound(y);

@@ -11,7 +11,8 @@ namespace quillet {
 
 /// What a new user sees first: a welcome, the two permissions with the way to each, the three most
 /// useful shortcuts, and a button to be done with it, which Return presses wherever the keyboard
-/// is. Keeps the permissions' state fresh while it is shown. Any free place moves the window.
+/// is. Keeps the permissions' state fresh while it is shown. Any free place moves the window. Its
+/// minimum height is what it needs at the moment.
 class SetupView : public QWidget {
     Q_OBJECT
 
@@ -27,6 +28,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent*) override { place(); }
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -5,10 +5,18 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QScrollArea>
 
 namespace quillet {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Of usual window managers, give or take a few points. None tells before the window is shown.
+constexpr int titleBarHeight = 28;
+
+} // namespace
 
 PreferenceKey<bool> SetupWindow::didOnboardKey() {
     return {u"app.didOnboard"_s, false};
@@ -22,6 +30,7 @@ void SetupWindow::show() {
     // window managers differ on whether a mere request would bring it.
     if (m_window->isVisible() && !m_window->isActiveWindow())
         m_window->hide();
+    m_window->setPalette(QPalette(m_services.look.colors().window)); // for the scroll bar
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     m_window->raise();
@@ -29,8 +38,17 @@ void SetupWindow::show() {
 }
 
 void SetupWindow::makeWindow() {
-    m_window = std::make_unique<SetupView>(m_services.look, m_services.permissions,
-                                           m_services.hotKeys, [this] { finish(); });
+    auto scrollArea = std::make_unique<QScrollArea>();
+    scrollArea->setFixedSize(SetupView::windowSize); // first, or a scroll bar would flash
+    scrollArea->setFrameShape(QFrame::NoFrame);
+    scrollArea->setFocusPolicy(Qt::NoFocus);
+    scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollArea->setWidgetResizable(true);
+    auto* view = new SetupView(m_services.look, m_services.permissions, m_services.hotKeys,
+                               [this] { finish(); });
+    scrollArea->setWidget(view);
+    view->setFocus();
+    m_window = std::move(scrollArea);
     m_window->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                              Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     m_window->setWindowTitle(SetupView::tr("Welcome to Quillet"));
@@ -39,8 +57,10 @@ void SetupWindow::makeWindow() {
         screen = QGuiApplication::primaryScreen();
     if (!screen)
         return;
-    QRect frame = m_window->rect();
-    frame.moveCenter(screen->availableGeometry().center());
+    const QRect available = screen->availableGeometry();
+    m_window->setFixedHeight(std::min(m_window->height(), available.height() - titleBarHeight));
+    QRect frame(0, 0, m_window->width(), m_window->height() + titleBarHeight);
+    frame.moveCenter(available.center());
     m_window->move(frame.topLeft());
 }
 

@@ -12,7 +12,7 @@ namespace quillet {
 
 /// The setup guide's window, made when it is first shown and kept from then on. Its button says
 /// that the user has seen the guide; closing the window does not, so that it comes again at the
-/// next launch.
+/// next launch. On a screen that is too low for it the window is lower, and scrolls if it must.
 class SetupWindow {
 public:
     struct Services {
