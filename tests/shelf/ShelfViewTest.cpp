@@ -141,6 +141,8 @@ TEST_F(ShelfViewTest, cardsTellAssistiveProgramsWhatTheyAre) {
     EXPECT_EQ(first->role(), QAccessible::ListItem);
     EXPECT_TRUE(first->state().selected);
     EXPECT_FALSE(QAccessible::queryAccessibleInterface(cards[1])->state().selected);
+    shelf.advance(10'000);
+    EXPECT_EQ(cards[1]->accessibleName(), u"Text from Kate, 11 sec. ago, 2 of 2"_s);
 }
 
 TEST_F(ShelfViewTest, aDoubleClickPastesWhatItsFirstClickChoseEvenWhenTheRowHasMoved) {
@@ -220,6 +222,10 @@ TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
     for (const QString& path : {file.fileName(), folder, QFileInfo(folder).path()})
         EXPECT_FALSE(QFile::permissions(path) & ofOthers) << path.toStdString();
     EXPECT_NE(shelf.view().dragContent(*shelf.world.newest())->urls(), image->urls());
+
+    shelf.controller.show();
+    const QImage underPointer = row().cards().front()->picture().toImage();
+    EXPECT_EQ(underPointer.pixelColor(0, 0).alpha(), 0) << "outside of the round corner";
 
     const DragFiles nextRun(shelf.folder.filePath(u"drag"_s));
     EXPECT_FALSE(file.exists());

@@ -10,7 +10,7 @@ SearchField::SearchField(const Look& look, Pasteboard& pasteboard, const QString
     : TextInput(look, pasteboard, parent) {
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
-    setTextMargins(30, 0, 10, 0);
+    setTextMargins(28, 0, 10, 0);
 }
 
 void SearchField::paintEvent(QPaintEvent* event) {

@@ -58,7 +58,8 @@ void TextInput::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     if (!hasFocus() || hasSelectedText())
         return;
-    constexpr int before = 5; // the toolkit's rectangle starts so far before the caret
+    // The toolkit's rectangle starts five points before the place where its caret would be.
+    const int before = text().isEmpty() ? 3 : 5; // beside the placeholder, or between letters
     QPainter painter(this);
     paintCaret(painter, cursorRect().adjusted(before, 0, 0, 0));
 }

@@ -87,17 +87,22 @@ void ClipCard::showSelection(double selection) {
 
 void ClipCard::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (m_animation.isRunning())
-        return paintClipCard(painter, rect(), m_look, m_theme.colors());
     // Scrolling moves cards without changing them, and text and pictures are slow to draw.
+    if (m_animation.isRunning())
+        paintClipCard(painter, rect(), m_look, m_theme.colors());
+    else
+        painter.drawPixmap(0, 0, picture());
+}
+
+const QPixmap& ClipCard::picture() {
     if (m_picture.isNull() || m_picture.devicePixelRatio() != devicePixelRatio()) {
         m_picture = QPixmap(size() * devicePixelRatio());
         m_picture.setDevicePixelRatio(devicePixelRatio());
         m_picture.fill(Qt::transparent);
-        QPainter picture(&m_picture);
-        paintClipCard(picture, rect(), m_look, m_theme.colors());
+        QPainter painter(&m_picture);
+        paintClipCard(painter, rect(), m_look, m_theme.colors());
     }
-    painter.drawPixmap(0, 0, m_picture);
+    return m_picture;
 }
 
 void ClipCard::mousePressEvent(QMouseEvent* event) {

@@ -28,6 +28,9 @@ public:
     bool isSelected() const { return m_isSelected; }
     void setSelected(bool isSelected);
 
+    /// The card as it shows, without what is behind its corners.
+    const QPixmap& picture();
+
     /// The selection as it shows at the moment.
     double selection() const { return m_look.selection; }
 
@@ -54,7 +57,7 @@ private:
     ClipCardLook m_look;
     bool m_isSelected = false;
     Animation m_animation;
-    QPixmap m_picture; ///< what it shows while it does not move; null when that has changed
+    QPixmap m_picture; ///< null when what it shows has changed
     QPoint m_pressed;
 };
 

@@ -114,9 +114,13 @@ void ClipRow::refresh() {
             kept.emplace(static_cast<int>(found - items.begin()), card);
     }
     m_cards = std::move(kept);
+    refreshLooks();
+    scrollTo(m_offset);
+}
+
+void ClipRow::refreshLooks() {
     for (const auto& [index, card] : m_cards)
         showLook(*card, index);
-    scrollTo(m_offset);
 }
 
 void ClipRow::discard(ClipCard* card) {
@@ -132,7 +136,7 @@ ClipCard* ClipRow::makeCard(const std::shared_ptr<ClipItem>& item) {
     connect(card, &ClipCard::chosen, this, [this, item] { click(item); });
     connect(card, &ClipCard::doubleClicked, this, &ClipRow::pasteClicked);
     connect(card, &ClipCard::draggedOut, this,
-            [this, item, card] { Q_EMIT draggedOut(item, card->grab()); });
+            [this, item, card] { Q_EMIT draggedOut(item, card->picture()); });
     connect(card, &ClipCard::menuRequested, this,
             [this, item](QPoint position) { Q_EMIT menuRequested(item, position); });
     return card;

@@ -27,6 +27,9 @@ public:
     /// Shows anew what the cards show.
     void refresh();
 
+    /// The same for what changes by itself: how long ago.
+    void refreshLooks();
+
 Q_SIGNALS:
     void pasteRequested(const std::shared_ptr<ClipItem>& item);
     void menuRequested(const std::shared_ptr<ClipItem>& item, QPoint globalPosition);

@@ -15,6 +15,7 @@ constexpr auto showDuration = 180ms;
 constexpr auto hideDuration = 120ms;
 constexpr auto pasteDelay = 60ms;
 constexpr auto searchPatience = 300ms;
+constexpr auto agePrecision = 1s;
 
 Rect targetOn(const Screen& screen) {
     const Rect visible = screen.visibleFrame;
@@ -96,10 +97,13 @@ void ShelfController::installKeyMonitor() {
     removeKeyMonitor();
     m_keyMonitor = std::make_unique<KeyMonitor>(
         m_window, [this](const ShelfKey& key) { return m_panel->isKey() && handle(key); });
+    m_ageing = m_services.view.look.scheduler.every(agePrecision, agePrecision / 2,
+                                                    [this] { m_view.row().refreshLooks(); });
 }
 
 void ShelfController::removeKeyMonitor() {
     m_keyMonitor.reset();
+    m_ageing.reset();
     m_waiting.reset();
     m_patience.reset();
 }

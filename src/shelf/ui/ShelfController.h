@@ -66,6 +66,7 @@ private:
     Animation m_animation;
     Screens::Observation m_screenChanges;
     std::unique_ptr<KeyMonitor> m_keyMonitor;
+    std::unique_ptr<Timer> m_ageing;             ///< while there is a key monitor
     std::optional<ShelfAction> m_waiting;        ///< a paste, for the search to know of what
     std::unique_ptr<Timer> m_patience;           ///< the end of that wait
     std::deque<std::unique_ptr<Timer>> m_pastes; ///< keystrokes to come, in order

@@ -16,6 +16,8 @@ ShelfHeader::ShelfHeader(QWidget& parent, ShelfModel& model, const Look& look,
     : QWidget(&parent),
       m_look(look),
       m_search(new SearchField(look, pasteboard, tr("Search clipboard"), this)) {
+    constexpr int room = static_cast<int>(focusRingReach);
+    setContentsMargins(room, room, room, room);
     m_search->resize(m_search->sizeHint());
     m_search->setFocus();
     connect(m_search, &QLineEdit::textEdited, &model, &ShelfModel::setQuery);
@@ -44,13 +46,13 @@ void ShelfHeader::addChip(ShelfModel& model, ShelfModel::Filter filter) {
 
 void ShelfHeader::resizeEvent(QResizeEvent*) {
     const auto centred = [this](const QWidget& widget) { return (height() - widget.height()) / 2; };
-    m_search->move(0, centred(*m_search));
-    int left = m_search->width() + spacing;
+    m_search->move(contentsRect().left(), centred(*m_search));
+    int left = m_search->geometry().right() + 1 + spacing;
     for (Chip* chip : m_chips) {
         chip->move(left, centred(*chip));
         left += chip->width() + chipSpacing;
     }
-    m_close->move(width() - m_close->width(), centred(*m_close));
+    m_close->move(contentsRect().right() + 1 - m_close->width(), centred(*m_close));
 }
 
 void ShelfHeader::paintEvent(QPaintEvent*) {

@@ -7,7 +7,8 @@
 namespace quillet {
 
 /// The top of the shelf: search field, filters, the keys one can use, and the close button. The
-/// search field gets the keyboard each time the shelf is shown.
+/// search field gets the keyboard each time the shelf is shown. Its margins leave room for focus
+/// rings.
 class ShelfHeader : public QWidget {
     Q_OBJECT
 

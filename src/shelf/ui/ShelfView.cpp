@@ -47,7 +47,8 @@ ShelfView::ShelfView(ShelfModel& model, const Services& services, Paste onPaste,
 
 void ShelfView::resizeEvent(QResizeEvent*) {
     m_row->setGeometry(rect());
-    m_header->setGeometry(padding, headerTop, width() - 2 * padding, headerHeight);
+    const QRect header(padding, headerTop, width() - 2 * padding, headerHeight);
+    m_header->setGeometry(header.marginsAdded(m_header->contentsMargins()));
     const int top = headerTop + headerHeight + spacing;
     m_emptyState->setGeometry(padding, top, width() - 2 * padding, height() - top - padding);
 }
