@@ -11,6 +11,11 @@ namespace {
 
 constexpr auto tickInterval = 500ms;
 
+/// Those begun included.
+int wholeSeconds(qint64 milliseconds) {
+    return std::max(0, static_cast<int>(std::ceil(static_cast<double>(milliseconds) / 1000)));
+}
+
 } // namespace
 
 void HUDState::setRemaining(int remaining) {
@@ -29,15 +34,19 @@ bool KeyboardLock::start(double seconds) {
     m_hold = m_keyboard.hold();
     if (!m_hold)
         return false;
-    m_endDate = m_scheduler.now().addMSecs(std::llround(seconds * 1000));
+    const std::chrono::milliseconds time(std::llround(seconds * 1000));
+    m_endDate = m_scheduler.now().addMSecs(time.count());
+    m_wholeTime = wholeSeconds(time.count());
     updateHUD();
     m_hud = m_showHUD(m_hudState, m_alive([this] { stop(); }));
     m_timer = m_scheduler.every(tickInterval, 0ms, [this] { tick(); });
+    m_end = m_scheduler.after(time, [this] { stop(); });
     return true;
 }
 
 void KeyboardLock::stop() {
     m_timer.reset();
+    m_end.reset();
     m_hold.reset();
     m_hud.reset();
     if (onEnd)
@@ -52,8 +61,8 @@ void KeyboardLock::tick() {
 }
 
 void KeyboardLock::updateHUD() {
-    const double left = static_cast<double>(m_scheduler.now().msecsTo(m_endDate)) / 1000;
-    m_hudState.setRemaining(std::max(0, static_cast<int>(std::ceil(left))));
+    m_hudState.setRemaining(
+        std::min(wholeSeconds(m_scheduler.now().msecsTo(m_endDate)), m_wholeTime));
 }
 
 } // namespace quillet

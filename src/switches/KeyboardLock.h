@@ -59,7 +59,9 @@ private:
     std::unique_ptr<KeyboardGrab::Hold> m_hold;
     HUD m_hud;
     std::unique_ptr<RepeatingTimer> m_timer;
+    std::unique_ptr<Timer> m_end; ///< comes in time also when the clock is set back
     QDateTime m_endDate;
+    int m_wholeTime = 0; ///< in seconds
     Alive m_alive;
 };
 

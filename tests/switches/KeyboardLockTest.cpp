@@ -52,13 +52,21 @@ TEST_F(KeyboardLockTest, itCountsDownFromTheFullTimeToOneAndUnlocksByItself) {
     EXPECT_THAT(counted, testing::ElementsAre(3, 2, 1));
 }
 
-TEST_F(KeyboardLockTest, anEndBetweenTwoTicksWaitsForTheNextAtMost) {
+TEST_F(KeyboardLockTest, itsEndNeitherWaitsForATickNorForAClockThatIsSetBack) {
     lock->start(1.2);
     EXPECT_EQ(lock->hudState().remaining(), 2);
-    scheduler.advance(1499ms);
+    scheduler.advance(500ms);
+    scheduler.setNow(scheduler.now().addSecs(-3600));
+    scheduler.advance(699ms);
     EXPECT_TRUE(keyboard.isHeld());
-    EXPECT_GE(lock->hudState().remaining(), 0);
     scheduler.advance(1ms);
+    EXPECT_FALSE(keyboard.isHeld());
+    EXPECT_EQ(ends, 1);
+    EXPECT_THAT(counted, testing::Each(testing::Le(2)));
+
+    lock->start(45);
+    scheduler.setNow(scheduler.now().addSecs(60)); // as after sleep
+    scheduler.advance(500ms);
     EXPECT_FALSE(keyboard.isHeld());
 }
 

@@ -58,7 +58,7 @@ QString KeyboardLockHUD::countdown() const {
 }
 
 void KeyboardLockHUD::showRemaining() {
-    update();
+    update(countdownBox.translated(margin, margin).toAlignedRect());
     const bool isFirst = accessibleName().isEmpty();
     setAccessibleName(tr("Keyboard locked") + u". "_s + countdown());
     if (!isFirst && m_state.remaining() % announcedEvery != 0)
