@@ -16,9 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The shortcut that asked for the hold may still be in another program's hand.
-constexpr auto grabRetry = 25ms;
-constexpr int grabAttempts = 20;
+// The shortcut that asked for the hold may still be in another program's hand. The answer is due at
+// once, so everything else waits meanwhile: a tenth of a second at most.
+constexpr auto grabRetry = 20ms;
+constexpr int grabAttempts = 6;
 
 constexpr auto keysUpInterval = 20ms;
 constexpr int keysUpLooks = 150; // somebody may have put a book on the keyboard
@@ -64,9 +65,10 @@ std::unique_ptr<KeyboardGrab::Hold> X11KeyboardGrab::hold() {
     m_panels.resignKey();
     m_locks = locks();
     for (int attempt = 0; attempt < grabAttempts; ++attempt) {
+        if (attempt > 0)
+            std::this_thread::sleep_for(grabRetry);
         if (grabAll())
             return std::make_unique<X11Hold>(*this);
-        std::this_thread::sleep_for(grabRetry);
     }
     qCWarning(logKeyboard, "another program holds the keyboard");
     return nullptr;
