@@ -30,8 +30,8 @@ struct MemoryPages {
     bool operator==(const MemoryPages&) const = default;
 };
 
-/// A link over which the machine's own traffic passes. Bytes are counted from the moment when the
-/// link was first seen up, and from zero again after it was down.
+/// A link over which the machine's own traffic passes, the loopback among them. Bytes are counted
+/// from the moment when the link was first seen up, and from zero again after it was down.
 struct NetworkInterface {
     bool isUp = false;
     bool isLoopback = false;

@@ -130,6 +130,11 @@ TEST_F(StatsSamplerTest, ratesCountLinksThatAreUpAndLeadElsewhere) {
     EXPECT_EQ(sampler.downBytesPerSec(), 1000);
     EXPECT_EQ(sampler.upBytesPerSec(), 300);
     EXPECT_EQ(sampler.downHistory().back(), 1000);
+
+    host.interfaces = {{.isUp = true, .isLoopback = true}};
+    nextSample();
+    nextSample();
+    EXPECT_EQ(sampler.downBytesPerSec(), 0) << "no link is left";
 }
 
 TEST_F(StatsSamplerTest, aTotalThatFellLeavesBothRatesAndTheNextSampleMeasuresFromIt) {

@@ -12,6 +12,7 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
+using testing::UnorderedElementsAre;
 
 /// A machine whose kernel's files a test writes.
 class ProcHostStatisticsTest : public testing::Test {
@@ -123,17 +124,27 @@ TEST_F(ProcHostStatisticsTest, trafficIsCountedWhereTheHardwareIs) {
                             "tun0\t00000000\t0\t1\t0\t0\t0\t00000080\n"
                             "br0\t00000000\t0\t1\t0\t0\t0\t00000000\n");
     const NetworkInterface up{.isUp = true};
-    EXPECT_THAT(host.networkInterfaces(), Optional(ElementsAre(up)));
+    const NetworkInterface lo{.isUp = true, .isLoopback = true};
+    EXPECT_THAT(host.networkInterfaces(), Optional(UnorderedElementsAre(up, lo)));
+    write("proc/net/route", "");
+    EXPECT_THAT(host.networkInterfaces(), Optional(ElementsAre(lo)));
+    const std::string none(32, '0');
+    const auto route = [&](const std::string& prefix, const std::string& link) {
+        return none + ' ' + prefix + ' ' + none + " 00 " + none + " 400 2 0 3 " + link + '\n';
+    };
+    write("proc/net/ipv6_route", route("80", "tun0") + route("00", "lo") + route("00", "br0"));
+    EXPECT_THAT(host.networkInterfaces(), Optional(UnorderedElementsAre(up, lo)));
 
     setHardwareLink({.name = "eth0"});
     setHardwareLink({.name = "wlan0", .flags = "0x1002"});
     setHardwareLink({.name = "virtual"});
     enslave("eth0", "virtual");
-    EXPECT_THAT(host.networkInterfaces(), Optional(ElementsAre(up, NetworkInterface{})));
-    write("proc/net/route", "");
+    EXPECT_THAT(host.networkInterfaces(),
+                Optional(UnorderedElementsAre(up, lo, NetworkInterface{})));
+    write("proc/net/ipv6_route", "");
     for (const char* name : {"eth0", "wlan0", "virtual"})
         remove(fs::path("sys/class/net") / name);
-    EXPECT_THAT(host.networkInterfaces(), Optional(IsEmpty()));
+    EXPECT_THAT(host.networkInterfaces(), Optional(ElementsAre(lo)));
 }
 
 TEST_F(ProcHostStatisticsTest, aLinkThatComesUpBringsNoBytesOfEarlierTimes) {

@@ -8,13 +8,21 @@ namespace quillet {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+constexpr const char* loopback = "lo";
+
+} // namespace
+
 NetworkLinks::Link::Link(const fs::path& folder)
     : flags(folder / "flags"),
       received(folder / "statistics/rx_bytes"),
       sent(folder / "statistics/tx_bytes") {}
 
 NetworkLinks::NetworkLinks(const fs::path& proc, const fs::path& sys)
-    : m_folder(sys / "class/net"), m_routes(proc / "net/route") {}
+    : m_folder(sys / "class/net"),
+      m_routes{{{KernelFile(proc / "net/route"), 1, 7, 0},
+                {KernelFile(proc / "net/ipv6_route"), 0, 1, 9}}} {}
 
 std::optional<std::vector<NetworkInterface>> NetworkLinks::read() {
     const auto names = carriers();
@@ -52,23 +60,31 @@ std::optional<std::set<std::string>> NetworkLinks::carriers() {
     // Virtual machines have masters with hardware of their own.
     for (const std::string& master : masters)
         names.erase(master);
-    if (names.empty()) {
-        if (const std::string name = defaultRoute(); !name.empty())
+    for (Routes& routes : m_routes) {
+        if (!names.empty())
+            break;
+        if (const std::string name = defaultRoute(routes); !name.empty())
             names.insert(name);
     }
+    names.insert(loopback);
     return names;
 }
 
-std::string NetworkLinks::defaultRoute() {
+/// Routes through the loopback say what cannot be reached.
+std::string NetworkLinks::defaultRoute(Routes& routes) {
+    const auto isZero = [](std::string_view word) {
+        return !word.empty() && word.find_first_not_of('0') == std::string_view::npos;
+    };
     std::array<char, 4096> buffer;
-    std::string_view routes = m_routes.read(buffer).value_or(std::string_view());
-    while (!routes.empty()) {
-        std::string_view line = routes.substr(0, routes.find('\n'));
-        routes.remove_prefix(std::min(line.size() + 1, routes.size()));
-        std::array<std::string_view, 8> columns; // name, destination, … and mask
+    std::string_view lines = routes.file.read(buffer).value_or(std::string_view());
+    while (!lines.empty()) {
+        std::string_view line = lines.substr(0, lines.find('\n'));
+        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+        std::array<std::string_view, 10> columns;
         std::generate(columns.begin(), columns.end(), [&] { return takeWord(line); });
-        if (columns[1] == "00000000" && columns[7] == "00000000")
-            return std::string(columns[0]);
+        const std::string_view link = columns[routes.link];
+        if (isZero(columns[routes.destination]) && isZero(columns[routes.mask]) && link != loopback)
+            return std::string(link);
     }
     return {};
 }

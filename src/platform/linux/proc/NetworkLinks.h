@@ -3,6 +3,7 @@
 #include "platform/HostStatistics.h"
 #include "platform/linux/proc/KernelFile.h"
 
+#include <array>
 #include <map>
 #include <set>
 #include <string>
@@ -11,7 +12,9 @@ namespace quillet {
 
 /// The links with hardware behind them. What the system stacks on these (bridges, bonds, tunnels)
 /// or keeps to itself (ends of containers) would count bytes twice. Where there is no hardware, as
-/// inside a container, the link that the default route takes stands for it.
+/// inside a container, the link that the default route takes stands for it. The loopback is listed
+/// too: without it, a machine that has lost its only link would look as if it could not be
+/// measured.
 class NetworkLinks {
 public:
     /// `proc` and `sys` are the folders that are usually mounted under these names.
@@ -32,11 +35,19 @@ private:
     };
 
     std::optional<std::set<std::string>> carriers();
-    std::string defaultRoute();
     static std::optional<NetworkInterface> read(Link& link);
 
+    /// A list of routes, and in which columns its lines tell what.
+    struct Routes {
+        KernelFile file;
+        std::size_t destination;
+        std::size_t mask;
+        std::size_t link;
+    };
+    static std::string defaultRoute(Routes& routes);
+
     std::filesystem::path m_folder;
-    KernelFile m_routes;
+    std::array<Routes, 2> m_routes;
     std::map<std::string, Link> m_links;
 };
 
