@@ -2,7 +2,6 @@
 
 #include "app/look/Shadow.h"
 
-#include <algorithm>
 #include <cmath>
 #include <QApplication>
 #include <QKeyEvent>
@@ -37,6 +36,7 @@ constexpr int bottomPadding = 16;
 /// What the gaps above the mark, the permissions, the hints and the button have beside their equal
 /// share of the height that is left.
 constexpr double gaps[] = {0, 3, 4.5, 2.5};
+constexpr double leastShare = 6;
 
 constexpr HotKeyAction hintedActions[] = {HotKeyAction::captureArea, HotKeyAction::captureScreen,
                                           HotKeyAction::clipboardShelf};
@@ -134,7 +134,7 @@ void SetupView::showShortcuts() {
         m_hints[i].setKeys(m_hotKeys.shortcut(hintedActions[i]).display());
 }
 
-/// Puts one thing below the other and shares the height that is left among the gaps, if any is.
+/// Puts one thing below the other and shares the height that is left among the gaps.
 void SetupView::place() {
     double used = headerHeight + lineHeight + headingGap + cardGap + hintsHeight +
                   doneSize.height() + bottomPadding;
@@ -142,8 +142,9 @@ void SetupView::place() {
         used += card.sizeHint().height();
     for (const double gap : gaps)
         used += gap;
-    setMinimumHeight(static_cast<int>(std::ceil(used)));
-    const double share = std::max(0.0, (height() - used) / static_cast<double>(std::size(gaps)));
+    constexpr auto gapCount = static_cast<double>(std::size(gaps));
+    setMinimumHeight(static_cast<int>(std::ceil(used + gapCount * leastShare)));
+    const double share = (height() - used) / gapCount;
 
     double y = gaps[0] + share;
     m_markTop = qRound(y);
@@ -157,7 +158,7 @@ void SetupView::place() {
     }
     y += gaps[2] + share - cardGap;
     m_hintsTop = qRound(y);
-    const double hintWidth = (width() - 2 * padding - 2 * hintGap) / 3.0;
+    const double hintWidth = (m_cards.front().width() - 2 * hintGap) / 3.0;
     for (size_t i = 0; i < m_hints.size(); ++i) {
         const double left = padding + static_cast<double>(i) * (hintWidth + hintGap);
         m_hints[i].setGeometry(qRound(left), m_hintsTop, qRound(left + hintWidth) - qRound(left),
