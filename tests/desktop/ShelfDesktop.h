@@ -13,6 +13,7 @@ public:
     explicit Editor(DesktopSession& session);
 
     QString text();
+    xcb_window_t window() const { return m_window; }
 
 private:
     ProcessHandle m_process;

@@ -55,6 +55,35 @@ TEST_F(ShelfLoopDesktop, whatQuilletItselfOffersIsPastedIntoTheSearch) {
     EXPECT_TRUE(becomes(editor, u"alpha one"_s)) << editor.text().toStdString();
 }
 
+TEST_F(ShelfLoopDesktop, thePointerDragsOutPastesAndCloses) {
+    Editor editor(session());
+    openShelf();
+    const QPoint first(136, 930);
+    const QString inEditor = u"mousemove --window %1"_s.arg(editor.window());
+    press(u"mousemove %1 %2 mousedown 1 sleep 0.1 mousemove %1 900 sleep 0.1"_s.arg(first.x() + 230)
+              .arg(first.y()));
+    press(inEditor + u" 50 50 sleep 0.1 "_s + inEditor + u" 60 60 sleep 0.1 mouseup 1"_s);
+    EXPECT_TRUE(becomes(editor, u"alpha two"_s)) << editor.text().toStdString();
+
+    press(u"mousemove %1 %2 click --repeat 2 --delay 100 1"_s.arg(first.x()).arg(first.y()));
+    EXPECT_TRUE(isShelfGone());
+    EXPECT_TRUE(becomes(editor, u"alpha twobeta"_s)) << editor.text().toStdString();
+
+    openShelf();
+    press(inEditor + u" 50 50 click 1"_s);
+    EXPECT_TRUE(isShelfGone());
+}
+
+TEST_F(ShelfLoopDesktop, accentsAreComposedInTheSearch) {
+    fillHistory({"caffé", "caffe"});
+    session().run(u"setxkbmap"_s, {u"us"_s, u"-variant"_s, u"intl"_s});
+    Editor editor(session());
+    openShelf();
+    press(u"key dead_acute e Return"_s);
+    EXPECT_TRUE(becomes(editor, u"caffé"_s)) << editor.text().toStdString();
+    session().run(u"setxkbmap"_s, {u"us"_s, u"-variant"_s, u""_s});
+}
+
 TEST_F(ShelfLoopDesktop, modifiersThatAreHeldNeitherLeakNorStick) {
     Editor editor(session());
     openShelf();
