@@ -16,10 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The shortcut that asked for the hold may still be in another program's hand. The answer is due at
-// once, so everything else waits meanwhile: a tenth of a second at most.
+// The shortcut that asked for the hold may still be in the window manager's hand, for as long as
+// people press a key. The answer is due at once, so everything else waits meanwhile.
 constexpr auto grabRetry = 20ms;
-constexpr int grabAttempts = 6;
+constexpr int grabAttempts = 26;
 
 constexpr auto keysUpInterval = 20ms;
 constexpr int keysUpLooks = 150; // somebody may have put a book on the keyboard
