@@ -117,7 +117,7 @@ TEST_F(ShelfViewTest, wheelAndTouchpadScrollWithinTheRow) {
     wheel({70, 0}, {});
     EXPECT_EQ(row().offset(), 0);
     wheel({}, {0, -120});
-    wheel({}, {0, -120});
+    wheel({0, -15}, {0, -120});
     shelf.advance(1000);
     EXPECT_EQ(row().offset(), 230) << "two notches in quick succession add up";
     wheel({-90'000, 0}, {});

@@ -17,6 +17,7 @@ constexpr double top = 61;
 constexpr double spacing = 14;
 constexpr double pitch = ClipCardLook::size.width() + spacing;
 constexpr double wheelNotch = pitch / 2;
+constexpr int anglePerNotch = QWheelEvent::DefaultDeltasPerStep;
 constexpr auto scrollDuration = 150ms;
 
 } // namespace
@@ -219,13 +220,15 @@ void ClipRow::wheelEvent(QWheelEvent* event) {
     const auto larger = [](QPoint delta) {
         return std::abs(delta.x()) > std::abs(delta.y()) ? delta.x() : delta.y();
     };
-    // A touchpad moves with the fingers; a wheel moves in notches, which need easing.
-    if (!pixels.isNull()) {
+    // A touchpad moves with the fingers; a wheel moves in notches, which need easing even where its
+    // driver tells pixels, too.
+    const bool isNotch = !angle.isNull() && larger(angle) % anglePerNotch == 0;
+    if (!pixels.isNull() && !isNotch) {
         m_scrolling.stop();
         scrollTo(m_offset - larger(pixels));
     } else {
         const double from = m_scrolling.isRunning() ? m_target : m_offset;
-        scrollAnimated(from - larger(angle) / 120.0 * wheelNotch);
+        scrollAnimated(from - larger(angle) * wheelNotch / anglePerNotch);
     }
     event->accept();
 }
