@@ -206,7 +206,7 @@ TEST_F(ProcHostStatisticsTest, allPacksOfTheMachineAreOneBatteryAndOthersAreNone
         remove("sys/class/power_supply");
         EXPECT_FALSE(host.powerSources());
         for (std::size_t i = 0; i < row.supplies.size(); ++i)
-            setSupply("S" + std::to_string(i), row.supplies[i]);
+            setSupply(std::to_string(i), row.supplies[i]);
         EXPECT_EQ(host.powerSources(), row.sources);
     }
 }
