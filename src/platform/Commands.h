@@ -8,7 +8,7 @@
 namespace quillet {
 
 struct CommandResult {
-    int exitCode = -1; ///< -1 when the program could not be started or was ended by a signal
+    int exitCode = -1; ///< -1 when the program could not be started or was ended
     QByteArray output; ///< standard output, whole
 };
 
@@ -19,8 +19,9 @@ public:
 
     virtual ~Commands() = default;
 
-    /// Runs `program` (a path, or a name looked up in PATH) without a shell. `completion` runs
-    /// once on the main thread, never inside the call; it is dropped when this object dies first.
+    /// Runs `program` (a path, or a name looked up in PATH) without a shell, and ends it when that
+    /// takes longer than some seconds. `completion` runs once on the main thread, never inside the
+    /// call; it is dropped when this object dies first.
     virtual void run(const QString& program, const QStringList& arguments,
                      Completion completion) = 0;
 

@@ -46,6 +46,14 @@ struct ProcessCommandsBackend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandsContract, ProcessCommandsBackend);
 
+TEST(ProcessCommands, aProgramThatHangsIsEnded) {
+    ProcessCommands commands(std::chrono::milliseconds(100));
+    std::optional<CommandResult> result;
+    commands.run(u"sleep"_s, {u"100"_s}, [&](const CommandResult& end) { result = end; });
+    ASSERT_TRUE(spinUntil([&] { return result.has_value(); }));
+    EXPECT_EQ(result->exitCode, -1);
+}
+
 TEST(ProcessCommands, whatWasLaunchedOutlivesThem) {
     const QTemporaryDir folder;
     const QString sign = folder.filePath(u"sign"_s);

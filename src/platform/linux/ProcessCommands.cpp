@@ -1,10 +1,14 @@
 #include "platform/linux/ProcessCommands.h"
 
 #include <algorithm>
+#include <QLoggingCategory>
+#include <QTimer>
 
 namespace quillet {
 
-ProcessCommands::ProcessCommands() = default;
+Q_LOGGING_CATEGORY(logCommands, "quillet.commands", QtWarningMsg)
+
+ProcessCommands::ProcessCommands(std::chrono::milliseconds patience) : m_patience(patience) {}
 
 ProcessCommands::~ProcessCommands() {
     for (const auto& process : m_running) {
@@ -32,6 +36,13 @@ void ProcessCommands::run(const QString& program, const QStringList& arguments,
         },
         Qt::QueuedConnection);
     process->start(program, arguments);
+    auto* deadline = new QTimer(process);
+    deadline->setSingleShot(true);
+    deadline->callOnTimeout([process] {
+        qCWarning(logCommands, "%s takes too long and is ended", qPrintable(process->program()));
+        process->kill();
+    });
+    deadline->start(m_patience);
 }
 
 bool ProcessCommands::launch(const QString& program, const QStringList& arguments) {

@@ -2,6 +2,7 @@
 
 #include "platform/Commands.h"
 
+#include <chrono>
 #include <memory>
 #include <QProcess>
 #include <vector>
@@ -9,10 +10,10 @@
 namespace quillet {
 
 /// Runs programs as child processes, with nothing on their standard input and their complaints
-/// dropped. Ends those that still run when it dies.
+/// dropped. Ends those that take longer than its patience, and those that still run when it dies.
 class ProcessCommands : public Commands {
 public:
-    ProcessCommands();
+    explicit ProcessCommands(std::chrono::milliseconds patience = std::chrono::seconds(5));
     ~ProcessCommands() override;
 
     void run(const QString& program, const QStringList& arguments, Completion completion) override;
@@ -21,6 +22,7 @@ public:
 private:
     void finish(QProcess* process, const Completion& completion);
 
+    std::chrono::milliseconds m_patience;
     std::vector<std::unique_ptr<QProcess>> m_running;
 };
 
