@@ -144,8 +144,12 @@ TEST_F(DesktopSettingsTest, darkIsSetWhereTheDesktopKeepsItWithAThemeThatIsInsta
         start(QString::fromLatin1(each.desktop));
         runCommands();
         commands.calls.clear();
-        settings->toggleDark([](bool) {});
+        commands.results[each.expected.last()] = {0, {}}; // the only one that succeeds
+        std::optional<bool> told;
+        settings->toggleDark([&](bool done) { told = done; });
         runCommands();
+        EXPECT_TRUE(waitFor([&] { return told.has_value(); }));
+        EXPECT_EQ(told, true) << each.desktop;
         QStringList changing = commands.calls;
         changing.removeIf([](const QString& call) {
             return call.contains(u" get "_s) || call.startsWith(u"kread"_s) ||
@@ -208,8 +212,31 @@ TEST_F(DesktopSettingsTest, aSecondToggleMidwayGoesBackAndWhatTheFirstWroteIsNot
     portal.change(FakePortal::animations, true);
     spinUntil([&] { return !settings->isMotionReduced(); });
     EXPECT_FALSE(settings->isDark());
+    portal.change(FakePortal::colorScheme, 2U);
     EXPECT_TRUE(waitFor([&] { return told == 2; }));
     EXPECT_FALSE(settings->isDark());
+}
+
+TEST_F(DesktopSettingsTest, afterAToggleThePortalsPreferenceOutweighsThePrograms) {
+    FakePortal portal(bus, {{FakePortal::colorScheme, 2U}});
+    commands.results[u"gsettings"_s] = {0, "'prefer-dark'"};
+    start(u"GNOME"_s);
+    bool isKnown = false;
+    settings->whenKnown([&] { isKnown = true; });
+    ASSERT_TRUE(waitFor([&] { return isKnown; }));
+    bool isOver = false;
+    settings->toggleDark([&](bool) { isOver = true; });
+    EXPECT_TRUE(waitFor([&] { return isOver; }));
+    EXPECT_FALSE(settings->isDark());
+}
+
+TEST_F(DesktopSettingsTest, fileManagersProgramsDoNotHoldUpTheAppearance) {
+    start(u"XFCE"_s);
+    settings->setFileManagerValue(Key::showAllFiles, true);
+    commands.calls.clear();
+    settings->toggleDark([](bool) {});
+    runCommands();
+    EXPECT_TRUE(commands.calls.first().contains(u"color-scheme"_s));
 }
 
 TEST_F(DesktopSettingsTest, everyDesktopKeepsIconsAndHiddenFilesInItsOwnPlaceOrSaysWhyItCannot) {
@@ -225,10 +252,11 @@ TEST_F(DesktopSettingsTest, everyDesktopKeepsIconsAndHiddenFilesInItsOwnPlaceOrS
         {"XFCE", Key::createDesktop, "xfconf-query -c xfce4-desktop -p /desktop-icons/style", "2\n",
          true, "xfconf-query -c xfce4-desktop -p /desktop-icons/style -n -t int -s 0"},
         {"XFCE", Key::createDesktop, "xfconf-query -c xfce4-desktop -p /desktop-icons/style", "1\n",
-         false, "xfconf-query -c xfce4-desktop -p /desktop-icons/style -n -t int -s 0"},
+         true, "xfconf-query -c xfce4-desktop -p /desktop-icons/style -n -t int -s 0"},
         {"MATE", Key::createDesktop, "gsettings get org.mate.background show-desktop-icons",
          "true\n", true, "gsettings set org.mate.background show-desktop-icons false"},
-        {"ubuntu:GNOME", Key::createDesktop, "gnome-extensions info ding@rastersoft.com",
+        {"ubuntu:GNOME", Key::createDesktop,
+         "env LC_ALL=C gnome-extensions info ding@rastersoft.com",
          "ding\n  Name: Icons\n  State: ACTIVE\n", true,
          "gnome-extensions disable ding@rastersoft.com"},
         {"GNOME", Key::createDesktop, "nothing", "", {}, nullptr},
@@ -270,6 +298,20 @@ TEST_F(DesktopSettingsTest, nothingStoredIsNotTheSameAsNoPlaceForIt) {
     EXPECT_EQ(settings->cause(Key::createDesktop), QString());
 }
 
+TEST_F(DesktopSettingsTest, iconsOfAnotherKindComeBackAsTheyWere) {
+    const QString style = u"xfconf-query -c xfce4-desktop -p /desktop-icons/style"_s;
+    for (const auto& [found, shown] :
+         {std::pair{"0\n", u" -n -t int -s 2"_s}, {"1\n", u" -n -t int -s 1"_s}}) {
+        commands.results = {{style, {0, found}}};
+        start(u"XFCE"_s);
+        runCommands();
+        settings->setFileManagerValue(Key::createDesktop, false);
+        settings->setFileManagerValue(Key::createDesktop, true);
+        runCommands();
+        EXPECT_EQ(commands.calls.last(), style + shown);
+    }
+}
+
 TEST_F(DesktopSettingsTest, aValueThatIsSetWhileTheOldOneIsBeingReadStays) {
     script(u"gsettings"_s, "true");
     start(u"MATE"_s);
@@ -296,7 +338,7 @@ struct LinuxDesktopSettingsBackend {
 
     QTemporaryDir home;
     PrivateBus bus;
-    FakePortal portal{bus, {{FakePortal::colorScheme, 2U}}};
+    FakePortal portal{bus, {{FakePortal::colorScheme, 0U}}};
     ProcessCommands commands;
     LinuxDesktopSettings settings{bus.connect(), commands, {u"GNOME"_s, home.path(), {}}};
 

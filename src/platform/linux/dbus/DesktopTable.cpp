@@ -53,9 +53,9 @@ std::vector<DesktopSwitch> with(std::vector<DesktopSwitch> switches, DesktopSwit
 Desktop gnome() {
     Desktop desktop;
     const QString extension = u"ding@rastersoft.com"_s;
-    desktop.icons = {{u"gnome-extensions info "_s + extension, u"(?s).*State: (ENABLED|ACTIVE).*"_s,
-                      u"gnome-extensions enable "_s + extension,
-                      u"gnome-extensions disable "_s + extension}};
+    desktop.icons = {
+        {u"env LC_ALL=C gnome-extensions info "_s + extension, u"(?s).*State: (ENABLED|ACTIVE).*"_s,
+         u"gnome-extensions enable "_s + extension, u"gnome-extensions disable "_s + extension}};
     desktop.whyNoIcons = u"This desktop has no icons without its extension for them."_s;
     desktop.hiddenFiles = fileChoosers();
     return desktop;
@@ -84,6 +84,8 @@ Desktop xfce() {
     Desktop desktop;
     desktop.icons = {
         xfconf(u"xfce4-desktop"_s, u"/desktop-icons/style"_s, u"int"_s, u"2"_s, u"0"_s)};
+    desktop.icons.front().isOn = u"[1-9]"_s; // for files, or for windows that are minimised
+    desktop.icons.front().hasKinds = true;
     desktop.hiddenFiles = with(fileChoosers(), xfconf(u"thunar"_s, u"/last-show-hidden"_s,
                                                       u"bool"_s, u"true"_s, u"false"_s));
     const QString theme = u"xfconf-query -c xsettings -p /Net/ThemeName"_s;
@@ -99,9 +101,12 @@ Desktop kde() {
         desktop.hiddenFiles.push_back(kconfig(version,
                                               u"$DATA/dolphin/view_properties/global/.directory"_s,
                                               u"Settings"_s, u"HiddenFilesShown"_s));
-    desktop.dark = {{u"kreadconfig5 --file kdeglobals --group General --key ColorScheme"_s,
-                     u".*Dark"_s, u"plasma-apply-colorscheme BreezeDark"_s,
-                     u"plasma-apply-colorscheme BreezeLight"_s}};
+    const QString scheme = u" --file kdeglobals --group General --key ColorScheme"_s;
+    desktop.dark = {
+        {u"kreadconfig5"_s + scheme, u".*Dark"_s, u"plasma-apply-colorscheme BreezeDark"_s,
+         u"plasma-apply-colorscheme BreezeLight"_s},
+        {u"kreadconfig6"_s + scheme, u".*Dark"_s, {}, {}},
+    };
     return desktop;
 }
 

@@ -9,11 +9,12 @@ namespace quillet {
 /// One place where a desktop keeps something that is on or off: command lines of words between
 /// single spaces, in which `$DATA` is the folder of the user's application data.
 struct DesktopSwitch {
-    QString read; ///< fails where the desktop lacks the place
-    QString isOn; ///< what `read` puts out where it is on: a regular expression for all of it
-    QString setOn;
+    QString read;  ///< fails where the desktop lacks the place
+    QString isOn;  ///< what `read` puts out where it is on: a regular expression for all of it
+    QString setOn; ///< empty, as the other one, where another place's does for both
     QString setOff;
     bool mayBeUnset = false; ///< `read` also fails where nothing is stored yet
+    bool hasKinds = false;   ///< of being on: the one that is found replaces the last word of setOn
 };
 
 /// The name of the theme that a desktop draws programs with.

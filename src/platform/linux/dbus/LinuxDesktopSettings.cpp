@@ -2,6 +2,7 @@
 
 #include "platform/linux/SettingsProgram.h"
 
+#include <algorithm>
 #include <QDir>
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -20,7 +21,17 @@ const SettingsPortal::Name reducedMotion{u"org.freedesktop.appearance"_s, u"redu
 const SettingsPortal::Name animations{u"org.gnome.desktop.interface"_s, u"enable-animations"_s};
 const SettingsPortal::Name theme{u"org.gnome.desktop.interface"_s, u"gtk-theme"_s};
 
-enum ColorScheme { preferDark = 1, preferLight = 2 };
+/// Absent where the portal leaves it open.
+std::optional<bool> isDarkPreferred(const QVariant& colorSchemeValue) {
+    switch (colorSchemeValue.toUInt()) {
+    case 1:
+        return true;
+    case 2:
+        return false;
+    default:
+        return std::nullopt;
+    }
+}
 
 bool isOn(const DesktopSwitch& place, const CommandResult& reading) {
     const QRegularExpression on(QRegularExpression::anchoredPattern(place.isOn));
@@ -30,6 +41,16 @@ bool isOn(const DesktopSwitch& place, const CommandResult& reading) {
 
 bool isThere(const DesktopSwitch& place, const CommandResult& reading) {
     return reading.exitCode == 0 || (place.mayBeUnset && reading.exitCode > 0);
+}
+
+/// With what is there, where that is to come back.
+DesktopSwitch asFound(DesktopSwitch place, const CommandResult& reading) {
+    if (place.hasKinds && isOn(place, reading)) {
+        QStringList words = place.setOn.split(u' ');
+        words.last() = QString::fromUtf8(reading.output).trimmed();
+        place.setOn = words.join(u' ');
+    }
+    return place;
 }
 
 /// Some programs put a text between quotes.
@@ -77,7 +98,7 @@ void LinuxDesktopSettings::readPortal() {
     m_portal.read(animations, [this](const std::optional<QVariant>& value) {
         if (value)
             return note(animations, *value);
-        run(u"gsettings get org.gnome.desktop.interface enable-animations"_s,
+        run(Queue::appearance, u"gsettings get org.gnome.desktop.interface enable-animations"_s,
             [this](const CommandResult& reading) {
                 note(animations, reading.output.trimmed() != "false");
             });
@@ -90,10 +111,9 @@ void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant
     } else if (name == animations) {
         assign(m_animationsAreOff, !value.toBool());
     } else if (name == colorScheme) {
-        const uint scheme = value.toUInt();
         const int word = ++m_portalsWord;
-        if (scheme == preferDark || scheme == preferLight)
-            noteDark(scheme == preferDark);
+        if (const auto preferred = isDarkPreferred(value))
+            noteDark(*preferred);
         else
             readDarkFromPrograms([this, word](bool dark) {
                 if (word == m_portalsWord)
@@ -104,24 +124,38 @@ void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant
     }
 }
 
+/// The programs come first although the portal has the last word: they run after all that was set
+/// before, and meanwhile the portal learns of it.
+void LinuxDesktopSettings::readDarkAgain(std::function<void(bool dark)> done) {
+    readDarkFromPrograms([this, done = std::move(done)](bool programsDark) {
+        m_portal.read(colorScheme, [programsDark, done](const std::optional<QVariant>& value) {
+            done(isDarkPreferred(value.value_or(QVariant())).value_or(programsDark));
+        });
+    });
+}
+
 void LinuxDesktopSettings::readDarkFromPrograms(std::function<void(bool dark)> done) {
     const auto dark = std::make_shared<bool>(false);
     for (const DesktopSwitch& place : m_desktop.dark)
-        run(place.read, [dark, place](const auto& reading) { *dark |= isOn(place, reading); });
-    run(m_desktop.themes.front().read, [dark, done = std::move(done)](const auto& reading) {
-        done(*dark || isDarkTheme(themeName(reading)));
-    });
+        run(Queue::appearance, place.read,
+            [dark, place](const auto& reading) { *dark |= isOn(place, reading); });
+    run(Queue::appearance, m_desktop.themes.front().read,
+        [dark, done = std::move(done)](const auto& reading) {
+            done(*dark || isDarkTheme(themeName(reading)));
+        });
 }
 
 void LinuxDesktopSettings::toggleDark(Completion completion) {
     const bool dark = !m_isDark;
     const auto succeeded = std::make_shared<bool>(false);
-    for (const DesktopSwitch& place : m_desktop.dark)
-        run(dark ? place.setOn : place.setOff,
-            [succeeded](const CommandResult& end) { *succeeded |= end.exitCode == 0; });
+    const auto note = [succeeded](const CommandResult& end) { *succeeded |= end.exitCode == 0; };
+    for (const DesktopSwitch& place : m_desktop.dark) {
+        if (const QString& set = dark ? place.setOn : place.setOff; !set.isEmpty())
+            run(Queue::appearance, set, note);
+    }
     for (const DesktopTheme& used : m_desktop.themes)
-        setTheme(used, dark);
-    readDarkFromPrograms([this, succeeded, completion = std::move(completion)](bool isDark) {
+        setTheme(used, dark, note);
+    readDarkAgain([this, succeeded, completion = std::move(completion)](bool isDark) {
         --m_toggles;
         noteDark(isDark);
         completion(*succeeded);
@@ -153,12 +187,12 @@ void LinuxDesktopSettings::whenKnown(std::function<void()> task) {
         m_waiting.push_back(std::move(task));
 }
 
-void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark) {
-    run(used.read, [this, used, dark](const CommandResult& reading) {
+void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark, Done done) {
+    run(Queue::appearance, used.read, [this, used, dark, done](const CommandResult& reading) {
         const QString name = themeName(reading);
         const QString wanted = themeFor(dark, name, m_surroundings.themeFolders);
         if (reading.exitCode == 0 && wanted != name)
-            m_calls.push_front({words(used.set) << wanted, {}});
+            calls(Queue::appearance).push_front({words(used.set) << wanted, done});
     });
 }
 
@@ -171,9 +205,9 @@ void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
     const auto found = std::make_shared<Found>(Found{{}, {}, setting(key).places.size()});
     m_unknown += found->unread > 0;
     for (const DesktopSwitch& place : setting(key).places) {
-        run(place.read, [this, key, place, found](const CommandResult& reading) {
+        run(Queue::fileManager, place.read, [this, key, place, found](const auto& reading) {
             if (isThere(place, reading))
-                found->places.push_back(place);
+                found->places.push_back(asFound(place, reading));
             if (reading.exitCode == 0 && !found->value)
                 found->value = isOn(place, reading);
             if (--found->unread > 0)
@@ -205,7 +239,7 @@ void LinuxDesktopSettings::setFileManagerValue(FileManagerKey key, bool value) {
     };
     const auto tally = std::make_shared<Tally>(Tally{changed.places.size()});
     for (const DesktopSwitch& place : changed.places) {
-        run(value ? place.setOn : place.setOff, [tally](const CommandResult& end) {
+        run(Queue::fileManager, value ? place.setOn : place.setOff, [tally](const auto& end) {
             tally->succeeded |= end.exitCode == 0;
             if (--tally->running == 0 && !tally->succeeded)
                 qCWarning(logDesktop, "the file manager's setting could not be stored");
@@ -230,22 +264,22 @@ QStringList LinuxDesktopSettings::words(const QString& commandLine) const {
     return commandLine.split(u' ').replaceInStrings(u"$DATA"_s, m_surroundings.dataFolder);
 }
 
-void LinuxDesktopSettings::run(const QString& commandLine, Done done) {
-    m_calls.push_back({words(commandLine), std::move(done)});
+void LinuxDesktopSettings::run(Queue queue, const QString& commandLine, Done done) {
+    calls(queue).push_back({words(commandLine), std::move(done)});
     runNext();
 }
 
 void LinuxDesktopSettings::runNext() {
-    if (m_isRunning || m_calls.empty())
+    const auto waiting = std::ranges::find_if_not(m_calls, &std::deque<Call>::empty);
+    if (m_isRunning || waiting == m_calls.end())
         return;
     m_isRunning = true;
-    const Call next = m_calls.front();
-    m_calls.pop_front();
+    const Call next = waiting->front();
+    waiting->pop_front();
     m_commands.run(next.words.first(), next.words.mid(1),
                    m_alive([this, done = next.done](const CommandResult& result) {
                        m_isRunning = false;
-                       if (done)
-                           done(result);
+                       done(result);
                        runNext();
                    }));
 }

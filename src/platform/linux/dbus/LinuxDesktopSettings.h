@@ -14,7 +14,8 @@ namespace quillet {
 
 /// The settings of a Linux desktop. What all programs are to follow comes from the desktop's portal
 /// or, where that does not know, from the desktop's own programs. These also read and write the
-/// rest, one after the other in the background; the desktop's table says how they are called.
+/// rest, one after the other in the background, for the appearance before the file manager; the
+/// desktop's table says how they are called.
 class LinuxDesktopSettings : public DesktopSettings {
 public:
     struct Surroundings {
@@ -53,14 +54,17 @@ private:
 
     void readPortal();
     void note(const SettingsPortal::Name& name, const QVariant& value);
+    void readDarkAgain(std::function<void(bool dark)> done);
     void readDarkFromPrograms(std::function<void(bool dark)> done);
     void noteDark(bool dark);
     void noteKnown();
     void readFileManager(FileManagerKey key);
-    void setTheme(const DesktopTheme& theme, bool dark);
+    void setTheme(const DesktopTheme& theme, bool dark, Done done);
 
-    /// Runs a program after those that wait. `done` may be absent.
-    void run(const QString& commandLine, Done done);
+    enum class Queue { appearance, fileManager };
+
+    /// Runs a program after those that wait in the same queue.
+    void run(Queue queue, const QString& commandLine, Done done);
     void runNext();
     QStringList words(const QString& commandLine) const;
     void assign(bool& field, bool value);
@@ -69,6 +73,7 @@ private:
         QStringList words;
         Done done;
     };
+    std::deque<Call>& calls(Queue queue) { return m_calls[std::size_t(queue)]; }
 
     Commands& m_commands;
     Surroundings m_surroundings;
@@ -79,8 +84,8 @@ private:
     bool m_animationsAreOff = false;
     int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
     SettingsPortal m_portal;
-    int m_portalsWord = 0;    ///< counts what it said of the appearance
-    std::deque<Call> m_calls; ///< that wait for the one that runs
+    int m_portalsWord = 0;                   ///< counts what it said of the appearance
+    std::array<std::deque<Call>, 2> m_calls; ///< that wait for the one that runs, by their queue
     bool m_isRunning = false;
     bool m_isDarkKnown = false;
     int m_unknown = 1; ///< readings that are to be told for the first time, of the appearance first
