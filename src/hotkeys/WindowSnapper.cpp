@@ -23,6 +23,13 @@ bool isNear(const Rect& a, const Rect& b) {
     return isNear(a.origin, b.origin) && isNear(a.size, b.size);
 }
 
+/// With its edges at the nearest whole points. Going to another size and back, that comes to rest
+/// where rounding outwards would grow every time.
+Rect rounded(const Rect& rect) {
+    const Point corner{std::round(rect.minX()), std::round(rect.minY())};
+    return {corner, {std::round(rect.maxX()) - corner.x, std::round(rect.maxY()) - corner.y}};
+}
+
 /// From desktop points to points from the top left of the primary screen, or back.
 Rect flipped(const Rect& rect, const std::vector<Screen>& screens) {
     return flipped(rect, screens.empty() ? 0 : screens.front().frame.size.height);
@@ -60,6 +67,7 @@ bool WindowSnapper::restore() {
         return refuse();
     const Rect before = past->before;
     m_pasts.erase(past);
+    m_last.reset();
     apply({*window, before, {}});
     return true;
 }
@@ -80,7 +88,8 @@ bool WindowSnapper::moveToNextDisplay() {
     const Size size{window->frame.size.width * to.size.width / from.size.width,
                     window->frame.size.height * to.size.height / from.size.height};
     const SnapAnchor anchor = anchorIn(from, window->frame);
-    move({*window, Rect{anchored(anchor, to, size), size}.integral(), anchor});
+    const Rect target = rounded({anchored(anchor, to, size), size}).intersection(to);
+    move({*window, target, anchor});
     return true;
 }
 

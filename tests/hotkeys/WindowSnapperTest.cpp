@@ -199,6 +199,9 @@ TEST_F(WindowSnapperTest, restoringBringsBackTheFrameThatTheUserChose) {
     EXPECT_FALSE(snapper.restore());
 
     snap(Position::left);
+    snapper.restore();
+    settle();
+    EXPECT_EQ(snap(Position::left).size.width, 720) << "which begins anew";
     const Rect dragged{{30, 40}, {600, 500}};
     manners().frame = dragged;
     snap(Position::maximize);
@@ -225,6 +228,27 @@ TEST_F(WindowSnapperTest, theNextDisplayTakesAWindowToTheSameRelativePlace) {
         manners().step.width = 1;
         snapper.moveToNextDisplay();
         EXPECT_NEAR(settle().maxX(), row.frame.maxX(), 1);
+    }
+}
+
+TEST_F(WindowSnapperTest, goingAroundDisplaysOfOtherScalesAWindowKeepsItsSize) {
+    const double width = 1920 / 1.5;
+    const double height = 1085 / 1.5; // not a whole number
+    screens.screens.push_back(
+        {8, u"Right"_s, {{1440, 0}, {width, 925}}, {{1440, 0}, {width, height}}, 1.5});
+    for (const Rect& frame : {Rect{{101, 131}, {503, 401}}, Rect{{720, 25}, {720, 900}}}) {
+        window = windows.open(frame);
+        for (const Screen& next : {screens.screens[1], screens.screens[0], screens.screens[1],
+                                   screens.screens[0], screens.screens[1], screens.screens[0]}) {
+            manners().step = {1 / next.backingScale, 1 / next.backingScale};
+            snapper.moveToNextDisplay();
+            const Rect visible = flipped(next.visibleFrame, 925);
+            EXPECT_LE(settle().maxX(), visible.maxX());
+            EXPECT_GE(settle().minY(), visible.minY());
+            EXPECT_LE(settle().maxY(), visible.maxY());
+        }
+        EXPECT_NEAR(settle().size.width, frame.size.width, 1);
+        EXPECT_NEAR(settle().size.height, frame.size.height, 1);
     }
 }
 
