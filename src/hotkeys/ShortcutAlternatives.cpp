@@ -15,7 +15,19 @@ QString name(const ShortcutAlternatives::Refusal& refusal) {
 
 } // namespace
 
-std::vector<ShortcutAlternatives::Refusal> ShortcutAlternatives::refusals() const {
+ShortcutAlternatives::ShortcutAlternatives(HotKeyCenter& center, Preferences& preferences)
+    : m_center(center), m_preferences(preferences) {
+    for (const auto changed : {&HotKeyCenter::failedChanged, &HotKeyCenter::shortcutsChanged})
+        QObject::connect(&center, changed, &m_listener, [this] { m_refusals.reset(); });
+}
+
+const std::vector<ShortcutAlternatives::Refusal>& ShortcutAlternatives::refusals() const {
+    if (!m_refusals)
+        m_refusals = findRefusals();
+    return *m_refusals;
+}
+
+std::vector<ShortcutAlternatives::Refusal> ShortcutAlternatives::findRefusals() const {
     std::vector<Refusal> refusals;
     for (const HotKeyActionRow& row : hotKeyActions()) {
         if (!m_center.failed().contains(row.action))
@@ -43,7 +55,8 @@ void ShortcutAlternatives::noteTold() {
 }
 
 void ShortcutAlternatives::accept() {
-    for (const Refusal& refusal : refusals()) {
+    const std::vector<Refusal> refused = refusals(); // each one accepted changes them
+    for (const Refusal& refusal : refused) {
         if (refusal.alternative && m_center.isFree(*refusal.alternative, refusal.action))
             m_center.set(*refusal.alternative, refusal.action);
     }

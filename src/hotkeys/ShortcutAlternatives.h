@@ -15,11 +15,11 @@ public:
         std::optional<Shortcut> alternative; ///< absent where that is taken, too
     };
 
-    ShortcutAlternatives(HotKeyCenter& center, Preferences& preferences)
-        : m_center(center), m_preferences(preferences) {}
+    ShortcutAlternatives(HotKeyCenter& center, Preferences& preferences);
 
-    /// The shortcuts that are refused now, in the order of the actions.
-    std::vector<Refusal> refusals() const;
+    /// The shortcuts that are refused now, in the order of the actions. Whether the alternatives
+    /// are free is tried once, and again when anything changes among the shortcuts.
+    const std::vector<Refusal>& refusals() const;
 
     /// Whether the user has not been told of all of them.
     bool isNews() const;
@@ -29,8 +29,12 @@ public:
     void accept();
 
 private:
+    std::vector<Refusal> findRefusals() const;
+
     HotKeyCenter& m_center;
     Preferences& m_preferences;
+    mutable std::optional<std::vector<Refusal>> m_refusals; ///< absent until somebody asks
+    QObject m_listener;
 };
 
 } // namespace quillet
