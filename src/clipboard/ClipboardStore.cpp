@@ -1,4 +1,5 @@
 #include "clipboard/ClipboardStore.h"
+#include "clipboard/ClipboardLog.h"
 #include "clipboard/ClipboardPreferences.h"
 #include "clipboard/ClipContents.h"
 #include "clipboard/ClipTable.h"
@@ -180,7 +181,10 @@ void ClipboardStore::saveAndReload() {
 }
 
 bool ClipboardStore::copyToPasteboard(const std::shared_ptr<ClipItem>& item, bool plainText) {
-    const bool isTaken = m_pasteboard.write(pasteboardContents(*item, plainText));
+    PasteboardContents contents = pasteboardContents(*item, plainText);
+    if (contents.empty())
+        qCWarning(logClipboard) << "The content of a clip is lost; the clipboard is empty now";
+    const bool isTaken = m_pasteboard.write(std::move(contents));
     m_lastChangeCount = m_pasteboard.changeCount(); // our own write is nothing new
     m_context.setCreatedAt(item, m_scheduler.now());
     saveAndReload();
