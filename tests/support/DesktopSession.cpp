@@ -113,10 +113,9 @@ ProcessHandle DesktopSession::copy(const QByteArray& bytes, const QString& targe
 }
 
 void DesktopSession::startServer(const QSize& screen) {
-    m_services.push_back(start(
-        u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
-                    u"%1x%2x24"_s.arg(screen.width()).arg(screen.height()), u"-noreset"_s,
-                    u"-nolisten"_s, u"tcp"_s}));
+    m_services.push_back(start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s,
+                                           u"%1x%2x24"_s.arg(screen.width()).arg(screen.height()),
+                                           u"-noreset"_s, u"-nolisten"_s, u"tcp"_s}));
     m_display = ':' + firstLine(*m_services.back());
 }
 
