@@ -24,6 +24,11 @@ AwakeDuration awakeDuration(const QString& word) {
     return AwakeDuration::indefinitely;
 }
 
+/// With its offset from UTC, for readers elsewhere.
+QJsonValue json(const QDateTime& time) {
+    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate);
+}
+
 /// What "on", "off" or "toggle" makes of a switch.
 bool wanted(const QString& word, bool isOn) {
     return word == u"toggle"_s ? !isOn : word == u"on"_s;
@@ -62,7 +67,7 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
         return outcome(switches.whyNoHiddenFiles());
     case Verb::displaySleep:
         switches.sleepDisplay();
-        return VerbResult::done();
+        return outcome(switches.whyNoDisplaySleep());
     case Verb::keyboardLock:
         switches.lockKeyboardForCleaning();
         return outcome(switches.keyboardLocked() ? QString()
@@ -77,17 +82,16 @@ void runDarkVerb(const Command& command, SwitchCenter& switches,
     const bool dark = wanted(command.choice, switches.darkMode());
     if (dark == switches.darkMode())
         return reply(VerbResult::done());
-    switches.toggleDarkMode([&switches, dark, reply] {
-        reply(switches.darkMode() == dark
-                  ? VerbResult::done()
-                  : VerbResult::failed(u"this desktop did not change its appearance"_s));
+    switches.toggleDarkMode([reply](bool isDone) {
+        reply(isDone ? VerbResult::done()
+                     : VerbResult::failed(u"this desktop did not change its appearance"_s));
     });
 }
 
 QJsonObject switchesAsJson(const SwitchCenter& switches) {
     const auto until = switches.awakeUntil();
     return {{u"keepAwake"_s, switches.keepAwake()},
-            {u"awakeUntil"_s, until ? QJsonValue(until->toString(Qt::ISODate)) : QJsonValue()},
+            {u"awakeUntil"_s, until ? json(*until) : QJsonValue()},
             {u"allowDisplaySleep"_s, switches.allowDisplaySleep()},
             {u"desktopIconsHidden"_s, switches.desktopIconsHidden()},
             {u"hiddenFilesShown"_s, switches.hiddenFilesShown()},

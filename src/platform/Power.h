@@ -38,6 +38,9 @@ public:
     /// it. A line in the log where it cannot be turned off.
     virtual void sleepDisplay() = 0;
 
+    /// Why the display cannot be turned off, for people; empty where it can.
+    virtual QString whyNoDisplaySleep() const = 0;
+
     /// Shows the screen saver, which on most desktops locks. A line in the log where there is none.
     virtual void startScreenSaver() = 0;
 };

@@ -116,14 +116,17 @@ void SwitchCenter::setHiddenFilesShown(bool shown) {
     m_services.desktop.setFileManagerValue(Key::showAllFiles, shown);
 }
 
-void SwitchCenter::toggleDarkMode(std::function<void()> done) {
-    m_services.desktop.toggleDark(m_alive([this, done = std::move(done)](bool isSet) {
+void SwitchCenter::toggleDarkMode(std::function<void(bool isDone)> done) {
+    const auto end = [this, dark = !m_services.desktop.isDark(), toggle = ++m_darkToggles,
+                      done = std::move(done)](bool isSet) {
         if (!isSet)
             m_services.desktop.openSettings();
         followDesktop();
+        const bool isOutdated = toggle != m_darkToggles;
         if (done)
-            done();
-    }));
+            done(isOutdated ? isSet : m_darkMode == dark);
+    };
+    m_services.desktop.toggleDark(m_alive(end));
 }
 
 void SwitchCenter::lockKeyboardForCleaning() {

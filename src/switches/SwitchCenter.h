@@ -61,6 +61,7 @@ public:
     /// Why a switch does nothing on this desktop, for people; empty where it works.
     QString whyNoDesktopIcons() const;
     QString whyNoHiddenFiles() const;
+    QString whyNoDisplaySleep() const { return m_services.power.whyNoDisplaySleep(); }
 
     /// Turns keep-awake on anew, or off whatever the duration. It stays off where the machine
     /// cannot be kept awake, and goes off when that turns out later.
@@ -72,8 +73,9 @@ public:
     void setDesktopIconsHidden(bool hidden);
     void setHiddenFilesShown(bool shown);
 
-    /// `done` runs once darkMode() shows what came of it.
-    void toggleDarkMode(std::function<void()> done = {});
+    /// `done` runs once darkMode() shows what came of it. It is told whether the desktop did this;
+    /// a later toggle may have gone back meanwhile.
+    void toggleDarkMode(std::function<void(bool isDone)> done = {});
     void sleepDisplay() { m_services.power.sleepDisplay(); }
     void lockKeyboardForCleaning();
 
@@ -114,6 +116,7 @@ private:
     bool m_desktopIconsHidden;
     bool m_hiddenFilesShown;
     bool m_darkMode;
+    int m_darkToggles = 0;
     bool m_keyboardLocked = false;
     KeyboardLock m_keyboardLock;
     DesktopSettings::Observation m_desktopChanges;

@@ -58,17 +58,39 @@ TEST_F(SwitchVerbs, whatTheDesktopRefusesIsAFailure) {
     memory.desktop.missing = {DesktopSettings::FileManagerKey::createDesktop,
                               DesktopSettings::FileManagerKey::showAllFiles};
     memory.power.isAvailable = false;
+    memory.power.canSleepDisplay = false;
     memory.keyboard.isTakenElsewhere = true;
     for (const QStringList& verb : {QStringList{u"dark"_s, u"on"_s},
                                     {u"icons"_s, u"off"_s},
                                     {u"hidden"_s, u"on"_s},
                                     {u"awake"_s, u"on"_s},
+                                    {u"display-sleep"_s},
                                     {u"keyboard-lock"_s}}) {
         const VerbResult result = run(verb);
         EXPECT_EQ(result.code, ExitCode::failed) << verb.join(u' ').toStdString();
         EXPECT_NE(result.message, QString());
     }
     EXPECT_EQ(run({u"dark"_s, u"off"_s}).code, ExitCode::done) << "as it is already";
+}
+
+TEST_F(SwitchVerbs, contraryWishesForTheAppearanceAreBothFulfilledOneAfterTheOther) {
+    memory.desktop.isSlow = true;
+    std::vector<ExitCode> codes;
+    for (const QString& word : {u"on"_s, u"off"_s})
+        runDarkVerb(std::get<Command>(parseCommandLine({u"dark"_s, word})), switches,
+                    [&](const VerbResult& reply) { codes.push_back(reply.code); });
+    EXPECT_TRUE(codes.empty());
+    memory.desktop.endToggles();
+    EXPECT_EQ(codes, (std::vector{ExitCode::done, ExitCode::done}));
+    EXPECT_FALSE(switches.darkMode());
+}
+
+TEST_F(SwitchVerbs, theEndOfKeepAwakeIsTheSameTimeEverywhere) {
+    run({u"awake"_s, u"on"_s, u"30m"_s});
+    const QString until = switchesAsJson(switches)[u"awakeUntil"_s].toString();
+    const QDateTime read = QDateTime::fromString(until, Qt::ISODate);
+    EXPECT_NE(read.timeSpec(), Qt::LocalTime) << until.toStdString();
+    EXPECT_EQ(read.toSecsSinceEpoch(), switches.awakeUntil()->toSecsSinceEpoch());
 }
 
 } // namespace quillet

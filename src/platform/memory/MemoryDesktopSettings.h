@@ -4,6 +4,8 @@
 
 #include <map>
 #include <set>
+#include <utility>
+#include <vector>
 
 namespace quillet {
 
@@ -14,7 +16,10 @@ public:
     bool isMotionReduced() const override { return m_isMotionReduced; }
     void toggleDark(Completion completion) override {
         m_isDark ^= letsToggleDark;
-        completion(letsToggleDark);
+        if (!isSlow)
+            return completion(letsToggleDark);
+        m_toggles.push_back(std::move(completion));
+        notify();
     }
     QVariant fileManagerValue(FileManagerKey key) const override {
         const auto value = m_fileManager.find(key);
@@ -44,7 +49,14 @@ public:
         notify();
     }
 
+    /// The toggles that a slow desktop works on come to their end.
+    void endToggles() {
+        for (const Completion& completion : std::exchange(m_toggles, {}))
+            completion(letsToggleDark);
+    }
+
     bool letsToggleDark = true;
+    bool isSlow = false;              ///< to toggle
     std::set<FileManagerKey> missing; ///< settings that cannot be changed
 
     std::vector<std::pair<FileManagerKey, bool>> written;
@@ -53,6 +65,7 @@ public:
 private:
     bool m_isDark = false;
     bool m_isMotionReduced = false;
+    std::vector<Completion> m_toggles;
     std::map<FileManagerKey, QVariant> m_fileManager;
 };
 

@@ -16,7 +16,10 @@ public:
     };
 
     std::unique_ptr<Assertion> assertion(AssertionType type, const QString& name) override;
-    void sleepDisplay() override { ++displaySleeps; }
+    void sleepDisplay() override { displaySleeps += canSleepDisplay; }
+    QString whyNoDisplaySleep() const override {
+        return canSleepDisplay ? QString() : QStringLiteral("Not this display.");
+    }
     void startScreenSaver() override { ++screenSaverStarts; }
 
     /// What keeps it awake now, oldest first.
@@ -26,6 +29,7 @@ public:
     void loseAll();
 
     bool isAvailable = true;
+    bool canSleepDisplay = true;
 
     std::size_t mostHeld = 0; ///< at any one time
     int displaySleeps = 0;

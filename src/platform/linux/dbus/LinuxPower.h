@@ -24,11 +24,11 @@ public:
 
     std::unique_ptr<Assertion> assertion(AssertionType type, const QString& name) override;
     void sleepDisplay() override;
+    QString whyNoDisplaySleep() const override;
     void startScreenSaver() override;
 
-    /// Why these do not work here, for people; empty where they may.
+    /// Why nothing keeps the machine awake here, for people; empty where something may.
     QString whyNotAwake() const;
-    QString whyNoDisplaySleep() const;
 
 private:
     class Share;
