@@ -21,6 +21,8 @@ public:
     /// A connection of its own, as another process would have; it ends with the bus.
     QDBusConnection connect();
 
+    const QString& address() const { return m_address; }
+
 private:
     QTemporaryDir m_folder;
     QProcess m_daemon;

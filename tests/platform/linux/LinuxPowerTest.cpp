@@ -8,8 +8,11 @@
 
 #include <gmock/gmock.h>
 #include <poll.h>
-#include <QDBusPendingCall>
 #include <QDBusUnixFileDescriptor>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace quillet {
@@ -106,7 +109,43 @@ private:
     std::vector<int> m_ends;
 };
 
+/// Waits until what a service has answered to a connection has also been dealt with.
+void hearFrom(const QString& service, const QString& path, const QDBusConnection& connection) {
+    QObject context;
+    bool isHeard = false;
+    callAsync(
+        connection,
+        QDBusMessage::createMethodCall(service, path, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s),
+        &context, [&](const QDBusMessage&) { isHeard = true; });
+    EXPECT_TRUE(spinUntil([&] { return isHeard; }));
+}
+
 } // namespace
+
+TEST(Buses, aSystemBusThatAcceptsButNeverSpeaksIsLeftAlone) {
+    const QTemporaryDir folder;
+    const QByteArray path = folder.filePath(u"bus"_s).toUtf8();
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(std::size_t(path.size()), sizeof address.sun_path);
+    std::ranges::copy(path, address.sun_path);
+    const int silent = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(silent, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(silent, 5), 0);
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + path);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    EXPECT_FALSE(Buses::standard().system.isConnected());
+    EXPECT_LT(elapsed.elapsed(), 5'000);
+
+    PrivateBus alive;
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", alive.address().toUtf8());
+    const QDBusConnection bus = Buses::standard().system;
+    EXPECT_TRUE(bus.isConnected());
+    QDBusConnection::disconnectFromBus(bus.name());
+    qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    close(silent);
+}
 
 class LinuxPowerTest : public testing::Test {
 protected:
@@ -115,7 +154,7 @@ protected:
     LinuxPowerTest() = default;
 
     LinuxPower& start() {
-        power.emplace(Buses{session.connect(), system.connect()}, commands, scheduler, nullptr);
+        power.emplace(Buses{ours, system.connect()}, commands, scheduler, nullptr);
         return *power;
     }
 
@@ -140,6 +179,7 @@ protected:
     }
 
     PrivateBus session;
+    QDBusConnection ours = session.connect();
     PrivateBus system;
     MemoryScheduler scheduler;
     MemoryCommands commands{scheduler};
@@ -210,6 +250,7 @@ TEST_F(LinuxPowerTest, aRefusalIsALossOnlyWhereNobodyElseHoldsIt) {
     start();
     auto assertion = hold(preventUserIdleSystemSleep);
     ASSERT_TRUE(waitFor([&] { return manager.calls.size() == 1 && powerManager->held() == 1; }));
+    hearFrom(powerName, powerPath, ours);
     scheduler.advance(1min);
     EXPECT_EQ(losses, 0);
 
@@ -231,6 +272,7 @@ TEST_F(LinuxPowerTest, aServiceThatStartsAnewOrLaterIsAskedAgain) {
     EXPECT_TRUE(waitFor([&] { return manager->held() == 1; }));
     FakeInhibitor saver(session, saverName, saverPath);
     EXPECT_TRUE(waitFor([&] { return saver.held() == 1; }));
+    hearFrom(sessionName, sessionPath, ours);
     scheduler.advance(1min);
     EXPECT_EQ(losses, 0);
     EXPECT_EQ(manager->calls.size(), 1);
@@ -303,19 +345,13 @@ struct LinuxPowerBackend {
     }
     int holders() {
         // Behind an answer to what was sent before, and behind what that answer made us send.
-        settle();
-        settle();
+        hearFrom(powerName, powerPath, ours);
+        hearFrom(powerName, powerPath, ours);
         return service->held();
     }
     void loseAll() {
         takeAbilityAway();
         scheduler.advance(11s);
-    }
-
-    void settle() {
-        const QDBusPendingCall call = ours.asyncCall(QDBusMessage::createMethodCall(
-            powerName, powerPath, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s));
-        spinUntil([&] { return call.isFinished(); });
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PowerContract, LinuxPowerBackend);

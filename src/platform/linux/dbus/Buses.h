@@ -7,7 +7,7 @@
 namespace quillet {
 
 /// The buses of the session and of the machine. One that is not there is not connected; calls on it
-/// fail, and none is ever started.
+/// fail, and none is ever started. A system bus that accepts without answering counts as not there.
 struct Buses {
     QDBusConnection session;
     QDBusConnection system;
