@@ -77,6 +77,15 @@ protected:
         return FakeApplication(display(), "Editor", form);
     }
 
+    /// Some window managers have no active window for a moment after they moved one.
+    void snap(WindowSnapper::Position position) {
+        EXPECT_TRUE(spinUntil([&] {
+            spinFor(50ms);
+            return windows.identity().has_value();
+        }));
+        EXPECT_TRUE(snapper.snap(position));
+    }
+
     /// Whether the visible frame becomes this one, but for a pixel, and stays so.
     static testing::AssertionResult comesTo(const FakeApplication& application,
                                             const QRect& wanted) {
@@ -148,7 +157,7 @@ TEST_F(X11SnapTest, theVisibleFrameComesExactlyToItsPlace) {
         }
         EXPECT_TRUE(snapper.restore());
         EXPECT_TRUE(comesTo(application, before));
-        snapper.snap(Position::center);
+        snap(Position::center);
         EXPECT_TRUE(
             comesTo(application, {QPoint((1920 - before.width()) / 2, (1080 - before.height()) / 2),
                                   before.size()}));
@@ -170,7 +179,7 @@ TEST_F(X11SnapTest, aWindowLeavesItsMaximisedOrFullScreenStateFirst) {
                            Row{{vertical}, Position::maximize, everything}}) {
         FakeApplication application = open();
         application.addStates(row.states);
-        snapper.snap(row.position);
+        snap(row.position);
         EXPECT_TRUE(comesTo(application, row.place));
         for (const QByteArray& state : row.states)
             EXPECT_FALSE(application.hasState(state));
@@ -184,7 +193,7 @@ TEST_F(X11SnapTest, aShadowThatComesBackLateIsMadeRoomFor) {
     FakeApplication application = open(form);
     application.addStates({"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"});
     application.setOwnShadow(0);
-    snapper.snap(Position::left);
+    snap(Position::left);
     ASSERT_TRUE(comesTo(application, leftHalf));
     application.setOwnShadow(51);
     EXPECT_TRUE(comesTo(application, leftHalf));
@@ -206,7 +215,7 @@ TEST_F(X11SnapTest, aWindowWithASizeOfItsOwnKeepsTheEdgesOfItsPosition) {
                                Row{Position::bottom, Qt::LeftEdge | Qt::BottomEdge},
                                Row{Position::right, Qt::RightEdge | Qt::TopEdge},
                                Row{Position::maximize, Qt::LeftEdge | Qt::TopEdge}}) {
-            snapper.snap(row.position);
+            snap(row.position);
             const auto isFlush = [&] {
                 return (edgesTouchedBy(application.visibleFrame()) & row.flush) == row.flush;
             };
@@ -274,7 +283,7 @@ TEST_F(X11SnapTest, aWindowManagerWithoutARequestForPlacesIsAskedAsPlainPrograms
     auto without = before;
     ASSERT_EQ(std::erase(without, connection->atom("_NET_MOVERESIZE_WINDOW")), 1u);
     replace(without);
-    snapper.snap(Position::right);
+    snap(Position::right);
     EXPECT_TRUE(comesTo(application, rightHalf));
     replace(before);
 }
@@ -310,11 +319,11 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
                          {reinterpret_cast<const char*>(strut.data()), sizeof strut}, 32);
         dock.serverTime(); // it has arrived
 
-        snapper.snap(Position::maximize);
+        snap(Position::maximize);
         EXPECT_TRUE(comesTo(application, leftHalf));
         EXPECT_TRUE(snapper.moveToNextDisplay());
         EXPECT_TRUE(comesTo(application, {960, 0, 960, 1040}));
-        snapper.snap(Position::bottom);
+        snap(Position::bottom);
         EXPECT_TRUE(comesTo(application, {960, 520, 960, 520}));
         snapper.moveToNextDisplay();
         EXPECT_TRUE(comesTo(application, {0, 540, 960, 540}));
@@ -324,7 +333,7 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
         dock.setProperty(dock.root(), dock.atom("_GTK_WORKAREAS_D0"), XCB_ATOM_CARDINAL,
                          {reinterpret_cast<const char*>(areas.data()), sizeof areas}, 32);
         dock.serverTime();
-        snapper.snap(Position::maximize);
+        snap(Position::maximize);
         EXPECT_TRUE(comesTo(application, {0, 20, 960, 1060}));
         xcb_delete_property(dock.connection(), dock.root(), dock.atom("_GTK_WORKAREAS_D0"));
         dock.serverTime();

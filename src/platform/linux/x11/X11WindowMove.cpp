@@ -6,7 +6,7 @@ namespace quillet {
 namespace {
 
 constexpr Scheduler::Duration leavingDeadline{300};
-constexpr Scheduler::Duration answerDeadline{150}; // a window manager that refuses may say nothing
+constexpr Scheduler::Duration answerDeadline{400}; // a window manager that refuses may say nothing
 constexpr Scheduler::Duration quiet{50};           // after the last word of an answer
 constexpr Scheduler::Duration lateMargins{300};
 
