@@ -20,6 +20,7 @@ namespace {
 // The key that opened the panel may still be down, or a menu of another program be closing.
 constexpr Scheduler::Duration grabRetry{10};
 constexpr int grabAttempts = 60;
+constexpr Scheduler::Duration focusDeadline{300};
 
 constexpr uint8_t sentByProgram = 0x80;
 
@@ -56,6 +57,10 @@ X11Panel::X11Panel(X11Panels& panels, QWidget& content, const PanelStyle& style)
     tellFrameExtents();
     qApp->installNativeEventFilter(this);
     connect(content.windowHandle(), &QWindow::screenChanged, this, [this] { takePixels(); });
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, [this] {
+        if (m_isKey && hasFocus())
+            letKeysThrough();
+    });
 }
 
 X11Panel::~X11Panel() {
@@ -187,6 +192,8 @@ void X11Panel::applyShape() {
                          m_style.ignoresMouse ? 0 : 1, &clickable);
 }
 
+/// The keys wait in the server until the toolkit has given the panel the focus: before that it
+/// composes nothing and would drop an accent.
 void X11Panel::takeKeyboard(int attemptsLeft) {
     m_retry.reset();
     if (!m_isKey || !toolkit() || QApplication::activePopupWidget())
@@ -194,16 +201,30 @@ void X11Panel::takeKeyboard(int attemptsLeft) {
     // The panel need not wait for the answer to show itself.
     forgetGrab();
     m_grabAsked = xcb_grab_keyboard(toolkit(), 0, windowOf(m_content), XCB_CURRENT_TIME,
-                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
+    if (hasFocus())
+        letKeysThrough();
     xcb_flush(toolkit());
     m_retry = m_panels.m_scheduler.after(grabRetry, [this, attemptsLeft] {
         if (hasTakenKeyboard())
-            return;
-        if (attemptsLeft == 0)
+            // A modal window takes the focus away; the user's keys must not wait for ever.
+            m_retry = m_panels.m_scheduler.after(focusDeadline, [this] { letKeysThrough(); });
+        else if (attemptsLeft == 0)
             takeFocus();
         else
             takeKeyboard(attemptsLeft - 1);
     });
+}
+
+bool X11Panel::hasFocus() const {
+    return QGuiApplication::focusWindow() == m_content.windowHandle();
+}
+
+void X11Panel::letKeysThrough() {
+    if (!toolkit())
+        return;
+    xcb_allow_events(toolkit(), XCB_ALLOW_ASYNC_KEYBOARD, XCB_CURRENT_TIME);
+    xcb_flush(toolkit());
 }
 
 bool X11Panel::hasTakenKeyboard() {

@@ -40,6 +40,8 @@ private:
     void takePixels();
     void applyShape();
     void takeKeyboard(int attemptsLeft);
+    bool hasFocus() const;
+    void letKeysThrough();
     bool hasTakenKeyboard();
     void forgetGrab();
     void takeFocus();
