@@ -40,9 +40,9 @@ protected:
 
 TEST_F(KeyboardLockTest, itCountsDownFromTheFullTimeToOneAndUnlocksByItself) {
     EXPECT_TRUE(lock->start(3));
-    EXPECT_EQ(lock->hudState().remaining(), 3);
-    EXPECT_TRUE(keyboard.isHeld() && isShown());
-    scheduler.advance(2999ms);
+    scheduler.advance(1s);
+    EXPECT_TRUE(lock->start(45)) << "which keeps the end";
+    scheduler.advance(1999ms);
     EXPECT_TRUE(keyboard.isHeld() && isShown());
     EXPECT_EQ(ends, 0);
     scheduler.advance(1ms);
@@ -54,7 +54,6 @@ TEST_F(KeyboardLockTest, itCountsDownFromTheFullTimeToOneAndUnlocksByItself) {
 
 TEST_F(KeyboardLockTest, itsEndNeitherWaitsForATickNorForAClockThatIsSetBack) {
     lock->start(1.2);
-    EXPECT_EQ(lock->hudState().remaining(), 2);
     scheduler.advance(500ms);
     scheduler.setNow(scheduler.now().addSecs(-3600));
     scheduler.advance(699ms);
@@ -65,30 +64,10 @@ TEST_F(KeyboardLockTest, itsEndNeitherWaitsForATickNorForAClockThatIsSetBack) {
     EXPECT_THAT(counted, testing::Each(testing::Le(2)));
 
     lock->start(45);
+    EXPECT_EQ(lock->hudState().remaining(), 45);
     scheduler.setNow(scheduler.now().addSecs(60)); // as after sleep
     scheduler.advance(500ms);
     EXPECT_FALSE(keyboard.isHeld());
-}
-
-TEST_F(KeyboardLockTest, startingAgainKeepsTheEnd) {
-    lock->start(10);
-    scheduler.advance(8s);
-    EXPECT_TRUE(lock->start(45));
-    EXPECT_EQ(lock->hudState().remaining(), 2);
-    scheduler.advance(2s);
-    EXPECT_FALSE(keyboard.isHeld());
-    EXPECT_TRUE(lock->start(45));
-    EXPECT_EQ(lock->hudState().remaining(), 45);
-}
-
-TEST_F(KeyboardLockTest, doneUnlocksAtOnceAndEveryStopIsTold) {
-    lock->start(45);
-    done();
-    EXPECT_EQ(ends, 1);
-    scheduler.advance(60s);
-    EXPECT_EQ(ends, 1);
-    lock->stop();
-    EXPECT_EQ(ends, 2);
 }
 
 TEST_F(KeyboardLockTest, aKeyboardThatCannotBeHadShowsNothing) {
