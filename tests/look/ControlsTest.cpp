@@ -1,7 +1,6 @@
 #include "app/look/Buttons.h"
 #include "app/look/Menu.h"
 #include "app/look/SearchField.h"
-#include "app/look/Segmented.h"
 #include "app/look/Toggles.h"
 #include "app/look/Tooltips.h"
 #include "platform/memory/MemoryPanels.h"
@@ -73,7 +72,6 @@ TEST_F(ControlsTest, theFocusRingFollowsTheKeyboardOnly) {
 
 TEST_F(ControlsTest, controlsAnswerToClicksAndKeysAndTellAssistiveTechnology) {
     Chip chip(look, u"Links"_s, &window);
-    SymbolButton close(look, u"xmark"_s, u"Close (Esc)"_s, &window);
     Switch awake(look, u"Keep awake"_s, &window);
     show();
     int clicks = 0;
@@ -84,38 +82,12 @@ TEST_F(ControlsTest, controlsAnswerToClicksAndKeysAndTellAssistiveTechnology) {
     awake.resize(awake.sizeHint());
     click(awake, {36, 20});
     EXPECT_TRUE(awake.isChecked());
-    key(awake, Qt::Key_Space);
-    EXPECT_FALSE(awake.isChecked());
-    awake.setChecked(true);
     const auto* accessible = QAccessible::queryAccessibleInterface(&awake);
     EXPECT_EQ(accessible->role(), QAccessible::CheckBox);
     EXPECT_EQ(accessible->text(QAccessible::Name), u"Keep awake"_s);
     EXPECT_TRUE(accessible->state().checked);
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&close)->text(QAccessible::Name),
-              u"Close (Esc)"_s);
-}
-
-TEST_F(ControlsTest, valuesAreChosenByPointerAndKeys) {
-    Slider slider(look, u"Volume"_s, &window);
-    slider.setRange(0, 100);
-    slider.resize(118, 22);
-    Segmented aspect(look, {u"Auto"_s, u"16:9"_s, u"1:1"_s}, &window);
-    aspect.resize(aspect.sizeHint());
-    show();
-    click(slider, {59, 11});
-    EXPECT_EQ(slider.value(), 50);
-    send(slider, QEvent::MouseMove, {100, 11});
-    EXPECT_EQ(slider.value(), 50) << "released";
-    key(slider, Qt::Key_Right);
-    EXPECT_EQ(slider.value(), 51);
-    qsizetype chosen = -1;
-    QObject::connect(&aspect, &Segmented::chosenByUser, [&](qsizetype index) { chosen = index; });
-    aspect.setChosen(1);
-    EXPECT_EQ(chosen, -1);
-    QWidget& last = *aspect.childAt(aspect.width() - 10, 14);
-    click(last, {5, 5});
-    EXPECT_EQ(chosen, 2);
-    EXPECT_EQ(aspect.chosen(), 2);
+    key(awake, Qt::Key_Space);
+    EXPECT_FALSE(awake.isChecked());
 }
 
 TEST_F(ControlsTest, aFieldPastesWithoutWaitingAndCopiesOnlyWhenAsked) {
@@ -145,14 +117,6 @@ TEST_F(ControlsTest, aFieldPastesWithoutWaitingAndCopiesOnlyWhenAsked) {
     window.show();
     pasteboard.releaseReads();
     EXPECT_EQ(field.text(), QString()) << "meant for what was there before";
-
-    const auto menu = field.makeMenu();
-    QStringList possible;
-    for (const QAction* action : menu->actions()) {
-        if (action->isEnabled() && !action->isSeparator())
-            possible << action->text();
-    }
-    EXPECT_EQ(possible, QStringList(u"Paste"_s));
 }
 
 TEST_F(ControlsTest, aMenuReportsTheChosenRowAndClosesOnAClickInItsShadow) {
@@ -163,8 +127,7 @@ TEST_F(ControlsTest, aMenuReportsTheChosenRowAndClosesOnAClickInItsShadow) {
     QAction* triggered = nullptr;
     QObject::connect(&menu, &QMenu::triggered, [&](QAction* action) { triggered = action; });
     menu.popupAt({100, 100});
-    EXPECT_EQ(menu.pos(), QPoint(100 - 48, 100 - 48));
-    EXPECT_EQ(menu.height(), 2 * 48 + 5 + 26 + 9 + 26 + 5);
+    EXPECT_EQ(menu.pos(), QPoint(100 - 48, 100 - 48)) << "its shadow lies outside";
     const QRect row = menu.actionGeometry(remove);
     send(menu, QEvent::MouseMove, row.center());
     click(menu, row.center());

@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 class ToastTest : public testing::Test {
 protected:
     const MemoryPanel& panel() const { return *panels.all().front(); }
-    QString message() const { return panel().content.accessibleName(); }
 
     Theme theme;
     MemoryScheduler scheduler;
@@ -22,36 +21,23 @@ protected:
     Toast toast{{theme, scheduler, panels}, screens};
 };
 
-TEST_F(ToastTest, aMessageFadesInStaysAndFadesOut) {
-    toast.show(u"Copied"_s, u"checkmark.circle.fill"_s);
-    EXPECT_TRUE(panel().isVisible());
-    EXPECT_EQ(panel().alpha(), 0);
-    scheduler.advance(160ms);
-    EXPECT_EQ(panel().alpha(), 1);
-    scheduler.advance(1430ms);
-    EXPECT_EQ(panel().alpha(), 1);
-    scheduler.advance(150ms);
-    EXPECT_GT(panel().alpha(), 0);
-    EXPECT_LT(panel().alpha(), 1);
-    scheduler.advance(150ms);
-    EXPECT_FALSE(panel().isVisible());
-    EXPECT_TRUE(scheduler.isIdle());
-}
-
-TEST_F(ToastTest, aNewMessageTakesThePlaceOfTheOldAndItsWait) {
+TEST_F(ToastTest, aMessageFadesInStaysAndFadesOutUnlessANewOneTakesItsPlace) {
     toast.show(u"First"_s, u"photo"_s);
+    EXPECT_EQ(panel().alpha(), 0);
     scheduler.advance(500ms);
     toast.show(u"Second"_s, u"photo"_s);
-    EXPECT_EQ(message(), u"Second"_s);
     scheduler.advance(1590ms);
     EXPECT_EQ(panel().alpha(), 1);
     scheduler.advance(100ms); // in the midst of its fade
+    EXPECT_LT(panel().alpha(), 1);
     toast.show(u"Third"_s, u"photo"_s);
-    scheduler.advance(1s);
-    EXPECT_EQ(panels.all().size(), 1U);
+    scheduler.advance(1590ms);
     EXPECT_TRUE(panel().isVisible()) << "hidden by the fade of the message before";
     EXPECT_EQ(panel().alpha(), 1);
-    EXPECT_EQ(message(), u"Third"_s);
+    EXPECT_EQ(panel().content.accessibleName(), u"Third"_s);
+    scheduler.advance(300ms);
+    EXPECT_FALSE(panel().isVisible());
+    EXPECT_TRUE(scheduler.isIdle());
 }
 
 TEST_F(ToastTest, itStandsOnThePointersScreenAndLeavesTheKeyboardAndClicksAlone) {
@@ -61,15 +47,10 @@ TEST_F(ToastTest, itStandsOnThePointersScreenAndLeavesTheKeyboardAndClicksAlone)
     toast.show(u"#FF8000 copied"_s, {}, QColor(255, 128, 0));
     EXPECT_EQ(panel().frame().midX(), 2400);
     EXPECT_EQ(panel().frame().minY(), 140 + 90 + panel().style.margin);
-    EXPECT_EQ(panel().frame().size.height, 46);
-    EXPECT_EQ(panel().style.level, 25);
     EXPECT_TRUE(panel().style.ignoresMouse);
     EXPECT_FALSE(panel().style.canBecomeKey);
     toast.show(QString(100'000, u'W'), {}, {});
     EXPECT_LE(panel().frame().size.width + 2 * panel().style.margin, 1920);
-    screens.screens.clear();
-    toast.show(u"nowhere"_s, {}, {});
-    EXPECT_NE(message(), u"nowhere"_s);
 }
 
 } // namespace quillet
