@@ -1,5 +1,4 @@
 #include "clipboard/StoreFiles.h"
-#include "imaging/Png.h"
 #include "support/World.h"
 
 #include <gtest/gtest.h>
@@ -13,9 +12,6 @@ namespace {
 class ClipRescueTest : public testing::Test {
 protected:
     ClipRescueTest() {
-        QImage image(30, 20, QImage::Format_RGB32);
-        image.fill(Qt::cyan);
-        png = encodePng(image);
         world.copy({{PasteboardType::png, png}});
         world.copy(u"text"_s);
         world.store->togglePin(world.newest());
@@ -32,34 +28,36 @@ protected:
         return names;
     }
 
+    QString kept(qsizetype index) const { return files.folder + u'/' + keptBeside().value(index); }
+
+    void turnIntoALaterVersion() {
+        SqliteConnection(files.database(), SqliteConnection::Access::readWrite)
+            .run(u"PRAGMA user_version = 99"_s);
+    }
+
     void expectEverythingCarriedOver() {
-        ASSERT_EQ(world.store->items().size(), 2u);
-        EXPECT_EQ(world.texts().front(), u"text"_s);
+        EXPECT_EQ(world.texts(), QStringList({u"text"_s, QString()}));
         EXPECT_TRUE(world.newest()->isPinned());
         EXPECT_EQ(world.store->items().back()->imageData(), png);
     }
 
     World world;
     const ClipFiles files{world.dataFolder()};
-    QByteArray png;
+    const QByteArray png = plainPng();
 };
 
 } // namespace
 
 TEST_F(ClipRescueTest, aStoreOfALaterVersionIsKeptAndItsItemsCarriedOver) {
-    SqliteConnection(files.database(), SqliteConnection::Access::readWrite)
-        .run(u"PRAGMA user_version = 99"_s);
+    turnIntoALaterVersion();
     const QByteArray later = contentsOf(files.database());
     world.scheduler.setNow(QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5)));
     world.preferences.set(PreferenceKey<int>{u"clipboard.historyDays"_s, 0}, 10'000);
     world.launch();
     expectEverythingCarriedOver();
     EXPECT_EQ(keptBeside(), QStringList(u"clips-newer-2026-01-02T03.04.05.sqlite"_s));
-    EXPECT_EQ(contentsOf(files.folder + u'/' + keptBeside().value(0)), later);
-
-    world.copy(u"goes on"_s);
+    EXPECT_EQ(contentsOf(kept(0)), later);
     world.relaunch();
-    EXPECT_EQ(world.store->items().size(), 3u);
     EXPECT_EQ(keptBeside().size(), 1) << "it happens once";
 }
 
@@ -69,29 +67,16 @@ TEST_F(ClipRescueTest, aRandomFileInItsPlaceIsKeptWithTheClipsItMayHaveHad) {
         replaceContents(files.database(), content);
         world.launch();
         EXPECT_TRUE(world.store->items().empty());
-        EXPECT_TRUE(QDir(files.blobs()).isEmpty());
         ASSERT_EQ(keptBeside().size(), 2);
-        const QString kept = files.folder + u'/' + keptBeside().value(1);
-        EXPECT_EQ(contentsOf(kept), content);
-        EXPECT_EQ(filesWith(files.folder, png).size(), 1);
+        EXPECT_EQ(contentsOf(kept(1)), content);
+        EXPECT_EQ(filesWith(kept(0), png).size(), 1);
 
         world.copy({{PasteboardType::png, png}});
         EXPECT_EQ(world.newest()->imageData(), png);
         world.quit();
-        for (const QString& name : keptBeside()) {
-            QFile::remove(files.folder + u'/' + name);
-            QDir(files.folder + u'/' + name).removeRecursively();
-        }
+        QFile::remove(kept(1));
+        QDir(kept(0)).removeRecursively();
     }
-}
-
-TEST_F(ClipRescueTest, aFolderInItsPlaceIsMovedAside) {
-    QFile::remove(files.database());
-    QDir().mkpath(files.database() + u"/inside"_s);
-    world.launch();
-    world.copy(u"works"_s);
-    EXPECT_EQ(world.texts(), QStringList(u"works"_s));
-    EXPECT_TRUE(QDir(files.folder + u'/' + keptBeside().value(1) + u"/inside"_s).exists());
 }
 
 TEST_F(ClipRescueTest, aDamagedStoreGivesUpEveryReadableRow) {
@@ -112,9 +97,9 @@ TEST_F(ClipRescueTest, aDamagedStoreGivesUpEveryReadableRow) {
         ASSERT_GT(survivors, size_t(added / 2));
         EXPECT_LT(survivors, size_t(added + 2));
         EXPECT_EQ(world.store->items().back()->imageData(), png);
-        EXPECT_EQ(contentsOf(files.folder + u'/' + keptBeside().value(0)), content);
+        EXPECT_EQ(contentsOf(kept(0)), content);
         world.quit();
-        QFile::remove(files.folder + u'/' + keptBeside().value(0));
+        QFile::remove(kept(0));
     }
 }
 
@@ -142,8 +127,7 @@ TEST_F(ClipRescueTest, theLogOfADamagedStoreIsReadAndKeptWithIt) {
 }
 
 TEST_F(ClipRescueTest, aRescueThatTheDiskRefusesLeavesEverythingAsItWas) {
-    SqliteConnection(files.database(), SqliteConnection::Access::readWrite)
-        .run(u"PRAGMA user_version = 99"_s);
+    turnIntoALaterVersion();
     {
         const FullDisk fullDisk;
         EXPECT_FALSE(ClipContainer::open(files.folder, world.scheduler).container);
@@ -155,10 +139,8 @@ TEST_F(ClipRescueTest, aRescueThatTheDiskRefusesLeavesEverythingAsItWas) {
 
 TEST_F(ClipRescueTest, aRescueThatACrashInterruptedIsCompletedAtTheNextLaunch) {
     QFile::rename(files.database(), files.rescued());
-    QFile leftLog(files.database() + u"-wal"_s); // of the database that is already out of the way
-    ASSERT_TRUE(leftLog.open(QIODevice::WriteOnly));
-    leftLog.write("frames of another file");
-    leftLog.close();
+    // A log is left of the database that is already out of the way.
+    replaceContents(files.database() + u"-wal"_s, "frames of another file");
     world.launch();
     expectEverythingCarriedOver();
     EXPECT_EQ(keptBeside(), QStringList(u"clips-interrupted.sqlite-wal"_s));

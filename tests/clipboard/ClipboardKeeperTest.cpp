@@ -1,5 +1,4 @@
 #include "clipboard/ClipboardKeeper.h"
-#include "clipboard/ClipboardPreferences.h"
 #include "support/World.h"
 
 #include <gtest/gtest.h>
@@ -7,41 +6,40 @@
 namespace quillet {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
 class ClipboardKeeperTest : public testing::Test {
 protected:
+    bool isKeptWhenItsOwnerQuits() {
+        world.pasteboard.ownerQuits();
+        world.letPoll();
+        return world.pasteboard.isOwnedByUs();
+    }
+
     World world;
     ClipboardKeeper keeper{*world.store, world.pasteboard};
+    const MemoryPasteboard::Item mark{PasteboardType::concealed, ""};
 };
 
 } // namespace
 
 TEST_F(ClipboardKeeperTest, whatWasNotRecordedIsNotKept) {
     world.copy(u"open"_s);
-    world.copy({{PasteboardType::concealed, ""}, {PasteboardType::string, "secret"}});
-    world.pasteboard.ownerQuits();
-    EXPECT_FALSE(world.pasteboard.isOwnedByUs());
-
+    world.copy({mark, {PasteboardType::string, "secret"}});
+    EXPECT_FALSE(isKeptWhenItsOwnerQuits());
     world.copy(u"deleted"_s);
     world.store->deleteItem(world.newest());
-    world.pasteboard.ownerQuits();
-    EXPECT_FALSE(world.pasteboard.isOwnedByUs());
-
+    EXPECT_FALSE(isKeptWhenItsOwnerQuits());
     world.pasteboard.copyText(u"gone before the poll"_s);
-    world.pasteboard.ownerQuits();
-    world.letPoll();
-    EXPECT_FALSE(world.pasteboard.isOwnedByUs());
+    EXPECT_FALSE(isKeptWhenItsOwnerQuits());
 }
 
 TEST_F(ClipboardKeeperTest, aClipStillOnItsWayIntoTheHistoryIsKeptOnceItIsThere) {
     const QString large(300'000, u'x');
     world.scheduler.holdBackground();
     world.copy(large);
-    world.pasteboard.ownerQuits();
-    EXPECT_FALSE(world.pasteboard.isOwnedByUs());
+    EXPECT_FALSE(isKeptWhenItsOwnerQuits());
     world.scheduler.releaseBackground();
     world.letPoll();
     EXPECT_TRUE(world.pasteboard.isOwnedByUs());
@@ -49,21 +47,19 @@ TEST_F(ClipboardKeeperTest, aClipStillOnItsWayIntoTheHistoryIsKeptOnceItIsThere)
 }
 
 TEST_F(ClipboardKeeperTest, aProgramThatQuitsMayLeaveBehindOnlyWhatIsNotConfidential) {
+    const auto savedBeforeAndAfterThePoll = [&] {
+        const bool before = world.pasteboard.askToSave();
+        world.letPoll();
+        return std::pair(before, world.pasteboard.askToSave());
+    };
     world.pasteboard.copyText(u"plain"_s);
-    EXPECT_TRUE(world.pasteboard.askToSave()) << "before the poll";
-    world.letPoll();
-    EXPECT_TRUE(world.pasteboard.askToSave());
+    EXPECT_EQ(savedBeforeAndAfterThePoll(), std::pair(true, true));
+    world.pasteboard.copyFrom({mark, {PasteboardType::string, "x"}});
+    EXPECT_EQ(savedBeforeAndAfterThePoll(), std::pair(false, false));
 
-    world.pasteboard.copyFrom({{PasteboardType::concealed, ""}, {PasteboardType::string, "x"}});
-    EXPECT_FALSE(world.pasteboard.askToSave());
-    world.letPoll();
-    EXPECT_FALSE(world.pasteboard.askToSave());
-
-    const RunningApplication vault{u"com.bitwarden.desktop"_s, u"Bitwarden"_s, 7};
-    world.workspace.setFrontmost(vault);
+    world.workspace.setFrontmost(RunningApplication{u"com.bitwarden.desktop"_s, u"Vault"_s, 7});
     world.pasteboard.copyText(u"y"_s);
-    EXPECT_FALSE(world.pasteboard.askToSave());
-    world.letPoll();
+    EXPECT_EQ(savedBeforeAndAfterThePoll(), std::pair(false, false));
     world.workspace.setFrontmost(RunningApplication{u"editor"_s, u"Editor"_s, 8});
     EXPECT_FALSE(world.pasteboard.askToSave()) << "it is the vault's, whoever is frontmost now";
 }

@@ -14,16 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// An item was saved, or is about to be deleted.
 struct Message {
-    enum class Kind : char { saved, aboutToDelete };
-    Kind kind;
-    std::array<char, 16> id;
+    bool isSaved;
+    QUuid id;
 };
 
-void tell(int pipe, Message::Kind kind, const QUuid& id) {
-    Message message{kind, {}};
-    const QByteArray bytes = id.toRfc4122();
-    std::copy(bytes.begin(), bytes.end(), message.id.begin());
+void tell(int pipe, const Message& message) {
     if (write(pipe, &message, sizeof message) != sizeof message)
         _exit(1);
 }
@@ -42,7 +39,7 @@ QByteArray payloadOf(const QUuid& id) {
     for (int number = 0;; ++number) {
         const auto items = *context.fetch(ClipContext::Filter::all);
         if (items.size() > 30) {
-            tell(pipe, Message::Kind::aboutToDelete, items.back()->id());
+            tell(pipe, {false, items.back()->id()});
             context.remove(items.back());
         }
         ClipItem::Fields fields;
@@ -57,7 +54,7 @@ QByteArray payloadOf(const QUuid& id) {
         const QUuid id = fields.id;
         context.insert(std::move(fields));
         if (context.save())
-            tell(pipe, Message::Kind::saved, id);
+            tell(pipe, {true, id});
         scheduler.advance(std::chrono::milliseconds(100));
     }
 }
@@ -80,12 +77,10 @@ TEST(CrashTest, noSavedItemIsLostWhereverAWriteStormIsKilled) {
         const auto hear = [&] {
             if (read(pipe[0], &message, sizeof message) != sizeof message)
                 return false;
-            const QUuid id =
-                QUuid::fromRfc4122(QByteArrayView(message.id.data(), message.id.size()));
-            if (message.kind == Message::Kind::saved)
-                saved.insert(id);
+            if (message.isSaved)
+                saved.insert(message.id);
             else
-                saved.erase(id);
+                saved.erase(message.id);
             return true;
         };
         const auto messages = 1 + random() % 60;

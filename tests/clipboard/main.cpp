@@ -1,9 +1,8 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <QCoreApplication>
-#include <QtGlobal>
 
 int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
+    testing::InitGoogleTest(&argc, argv);
     qputenv("TZ", "Europe/Berlin"); // has a daylight saving time
     const QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();

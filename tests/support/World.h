@@ -2,6 +2,7 @@
 
 #include "clipboard/ClipboardStore.h"
 #include "clipboard/ClipContainer.h"
+#include "imaging/Png.h"
 #include "platform/memory/MemoryPasteboard.h"
 #include "platform/memory/MemoryPreferences.h"
 #include "platform/memory/MemoryScheduler.h"
@@ -12,6 +13,13 @@
 #include <QTemporaryDir>
 
 namespace quillet {
+
+/// A picture of one colour.
+inline QByteArray plainPng(QSize size = {60, 40}, const QColor& color = Qt::darkCyan) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(color);
+    return encodePng(image);
+}
 
 /// Can keep background work waiting, as a busy machine does.
 class BusyScheduler : public MemoryScheduler {
