@@ -31,24 +31,16 @@ protected:
 };
 
 TEST_F(SwitchVerbs, eachTurnsItsSwitchAndSaysWhereItCould) {
-    struct Case {
-        const char* switchName;
-        std::function<bool()> isOn;
-    };
-    const Case cases[] = {{"dark", [&] { return switches.darkMode(); }},
-                          {"icons", [&] { return !switches.desktopIconsHidden(); }},
-                          {"hidden", [&] { return switches.hiddenFilesShown(); }},
-                          {"awake", [&] { return switches.keepAwake(); }}};
-    for (const auto& [name, isOn] : cases) {
-        for (const auto& [word, expected] : {std::pair{"off", false},
-                                             {"on", true},
-                                             {"on", true},
-                                             {"toggle", false},
-                                             {"toggle", true},
-                                             {"off", false}}) {
-            EXPECT_EQ(run({QString::fromLatin1(name), QString::fromLatin1(word)}).code,
-                      ExitCode::done);
-            EXPECT_EQ(isOn(), expected) << name << ' ' << word;
+    const std::pair<QString, std::function<bool()>> table[]{
+        {u"dark"_s, [&] { return switches.darkMode(); }},
+        {u"icons"_s, [&] { return !switches.desktopIconsHidden(); }},
+        {u"hidden"_s, [&] { return switches.hiddenFilesShown(); }},
+        {u"awake"_s, [&] { return switches.keepAwake(); }}};
+    for (const auto& [name, isOn] : table) {
+        for (const auto& [word, expected] :
+             {std::pair{"off", false}, {"on", true}, {"on", true}, {"toggle", false}}) {
+            EXPECT_EQ(run({name, QString::fromLatin1(word)}).code, ExitCode::done);
+            EXPECT_EQ(isOn(), expected) << name.toStdString() << ' ' << word;
         }
     }
 }
