@@ -3,10 +3,13 @@
 #include "app/BackgroundStart.h"
 #include "app/ControlService.h"
 #include "app/Identity.h"
+#include "app/Printable.h"
 #include "app/SessionBus.h"
 #include "app/StandardStreams.h"
 #include "app/VerbResult.h"
 
+#include <algorithm>
+#include <array>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
@@ -23,10 +26,23 @@ namespace {
 constexpr auto startDeadline = 10s;
 constexpr auto endDeadline = 10s;
 constexpr auto pause = 20ms;
-constexpr int replyTimeout = 30'000; // milliseconds; many very long clips take some seconds
+constexpr auto signOfLifeDeadline = 4s;
+constexpr auto replyDeadline = 30s; // a start with a large history, or many very long clips
 
 void sleep() {
     QThread::usleep(std::chrono::microseconds(pause).count());
+}
+
+constexpr std::array<QLatin1StringView, 4> errorsOfTheGone{
+    ".NoReply"_L1, ".Disconnected"_L1, ".ServiceUnknown"_L1, ".NameHasNoOwner"_L1};
+
+QString whyUnanswered(const QDBusMessage& reply, bool isLate) {
+    if (isLate)
+        return u"the running Quillet does not answer; it may be stopped or very busy"_s;
+    const QString name = reply.errorName();
+    if (std::ranges::any_of(errorsOfTheGone, [&](auto word) { return name.endsWith(word); }))
+        return u"Quillet ended before it answered"_s;
+    return u"Quillet cannot be asked: %1"_s.arg(printable(reply.errorMessage()));
 }
 
 } // namespace
@@ -42,7 +58,7 @@ int Client::run(const Command& command, const QStringList& arguments) {
     // Each answer is measured over a second, which sets the pace.
     while (command.watch && code == int(ExitCode::done))
         code = forward(*door, arguments);
-    if (command.verb == Verb::quit && !awaitEnd(*door)) {
+    if (command.verb == Verb::quit && code == int(ExitCode::done) && !awaitEnd(*door)) {
         printError(u"Quillet is taking its time to end"_s);
         return int(ExitCode::failed);
     }
@@ -51,7 +67,7 @@ int Client::run(const Command& command, const QStringList& arguments) {
 
 bool Client::activate() {
     const auto door = reach(WhenAbsent::leave);
-    return door && forward(*door, {}) == int(ExitCode::done);
+    return door && std::holds_alternative<QVariantList>(ask(*door, {}));
 }
 
 /// Waits for a Quillet that is starting.
@@ -82,17 +98,43 @@ std::optional<Client::Door> Client::knock() const {
     return std::nullopt;
 }
 
-int Client::forward(const Door& door, const QStringList& arguments) {
-    QDBusMessage call = QDBusMessage::createMethodCall(door.service, Identity::objectPath,
-                                                       Identity::controlInterface, u"Run"_s);
-    call << arguments;
+/// What `method` of the running Quillet returned, or why it returned nothing.
+std::variant<QVariantList, QString> Client::call(const Door& door, const QString& interface,
+                                                 const QString& method,
+                                                 const QVariantList& arguments,
+                                                 std::chrono::milliseconds patience) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(door.service, Identity::objectPath, interface, method);
+    call.setArguments(arguments);
     call.setAutoStartService(false);
-    const QDBusMessage reply = door.connection.call(call, QDBus::Block, replyTimeout);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 3) {
-        printError(u"Quillet did not answer"_s);
+    const QDeadlineTimer deadline(patience * 9 / 10); // the library's timers are coarse
+    const QDBusMessage reply =
+        door.connection.call(call, QDBus::Block, static_cast<int>(patience.count()));
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return reply.arguments();
+    return whyUnanswered(reply, deadline.hasExpired());
+}
+
+/// The exit code, the output and the message to which the arguments led.
+std::variant<QVariantList, QString> Client::ask(const Door& door, const QStringList& arguments) {
+    // Its library answers this even while it starts or is busy. A stopped Quillet does not, and
+    // shall not do what was asked for when it goes on some day.
+    auto alive = call(door, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s, {}, signOfLifeDeadline);
+    if (std::holds_alternative<QString>(alive))
+        return alive;
+    auto answer = call(door, Identity::controlInterface, u"Run"_s, {arguments}, replyDeadline);
+    if (const auto* results = std::get_if<QVariantList>(&answer); results && results->size() != 3)
+        return u"the running Quillet is of another version"_s;
+    return answer;
+}
+
+int Client::forward(const Door& door, const QStringList& arguments) {
+    const auto answer = ask(door, arguments);
+    if (const auto* obstacle = std::get_if<QString>(&answer)) {
+        printError(*obstacle);
         return int(ExitCode::failed);
     }
-    const QList<QVariant> results = reply.arguments();
+    const auto& results = std::get<QVariantList>(answer);
     const auto output = results.at(1).value<QDBusUnixFileDescriptor>();
     if (const QString message = results.at(2).toString(); !message.isEmpty())
         printError(message);

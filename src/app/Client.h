@@ -3,8 +3,11 @@
 #include "app/CommandLine.h"
 #include "app/InstanceLock.h"
 
+#include <chrono>
 #include <optional>
 #include <QDBusConnection>
+#include <QVariant>
+#include <variant>
 
 namespace quillet {
 
@@ -32,6 +35,11 @@ private:
     std::optional<Door> knock() const;
     bool awaitEnd(const Door& door) const;
 
+    static std::variant<QVariantList, QString> call(const Door& door, const QString& interface,
+                                                    const QString& method,
+                                                    const QVariantList& arguments,
+                                                    std::chrono::milliseconds patience);
+    static std::variant<QVariantList, QString> ask(const Door& door, const QStringList& arguments);
     static int forward(const Door& door, const QStringList& arguments);
     static int reportAbsence(const Command& command);
 

@@ -11,6 +11,7 @@
 
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <langinfo.h>
@@ -142,7 +143,9 @@ int run(int argc, char** argv) {
     case Verb::stats:
     case Verb::setup:
     case Verb::quit:
-        return runVerb(command, arguments, argc, argv);
+        // Without taking the process apart: the bus's thread may still be busy with a call that
+        // failed, and needs what would be gone.
+        std::quick_exit(runVerb(command, arguments, argc, argv));
     }
     return int(ExitCode::failed);
 }

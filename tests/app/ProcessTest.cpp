@@ -112,6 +112,27 @@ TEST_P(Process, whatAKilledProcessLeavesBehindIsNoObstacle) {
     EXPECT_TRUE(session.status()["ready"_L1].toBool());
 }
 
+TEST_P(Process, aVerbNeitherWaitsForAStoppedQuilletNorLeavesItSomethingToDo) {
+    session.fillHistory({"kept"});
+    const auto pid = pid_t(session.start().processId());
+    kill(pid, SIGSTOP);
+    const Outcome clear = session.run({u"clip"_s, u"clear"_s});
+    kill(pid, SIGCONT);
+    EXPECT_EQ(clear.exitCode, 1);
+    EXPECT_THAT(clear.error.toStdString(), HasSubstr("may be stopped"));
+    EXPECT_EQ(clips().size(), 1);
+}
+
+TEST_P(Process, aVerbThatWaitsSaysWhenQuilletIsGone) {
+    QProcess& quillet = session.start();
+    QProcess& watch = session.launch({u"stats"_s, u"--watch"_s});
+    ASSERT_TRUE(watch.waitForReadyRead());
+    quillet.kill();
+    ASSERT_TRUE(watch.waitForFinished());
+    EXPECT_EQ(watch.exitCode(), 1);
+    EXPECT_EQ(watch.readAllStandardError(), "quillet: Quillet ended before it answered\n");
+}
+
 TEST_P(Process, aVerbLeavesTheQuilletItStartedBehindOnItsOwn) {
     session.fillHistory({"kept"});
     // The pipe stays open for as long as anybody holds it.
@@ -178,7 +199,7 @@ TEST_P(Process, verbsLeaveNothingOpenInTheProcess) {
 TEST(ProcessOnADisplay, theEndOfTheDisplayIsAnEndLikeAnyOther) {
     PrivateSession session(PrivateSession::Bus::absent);
     QProcess server;
-    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s});
+    server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
     ASSERT_TRUE(server.waitForReadyRead());
     const QString display = u":"_s + QString::fromUtf8(server.readLine().trimmed());
     const Outcome list = session.shell(
