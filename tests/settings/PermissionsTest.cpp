@@ -37,22 +37,6 @@ protected:
     std::optional<Permissions> permissions;
 };
 
-TEST_F(PermissionsTest, theStateIsThatOfTheLastRefreshAndOnlyRealChangesAreTold) {
-    int changes = 0;
-    for (const auto changed :
-         {&Permissions::accessibilityChanged, &Permissions::screenRecordingChanged})
-        QObject::connect(&*permissions, changed, [&] { ++changes; });
-    access.granted.erase(Kind::accessibility);
-    EXPECT_TRUE(permissions->isGranted(Kind::accessibility));
-    permissions->refresh();
-    permissions->refresh();
-    EXPECT_FALSE(permissions->isGranted(Kind::accessibility));
-    EXPECT_TRUE(permissions->isGranted(Kind::screenRecording));
-    EXPECT_EQ(changes, 1);
-    make(u"/usr/bin/quillet"_s);
-    EXPECT_FALSE(permissions->accessibility()) << "read when made";
-}
-
 TEST_F(PermissionsTest, aRequestOpensTheSettingsWhereTheSystemDoesNotAskItself) {
     permissions->request(Kind::accessibility);
     EXPECT_THAT(access.settingsOpened, IsEmpty()) << "it is granted already";
@@ -67,15 +51,6 @@ TEST_F(PermissionsTest, aRequestOpensTheSettingsWhereTheSystemDoesNotAskItself) 
     EXPECT_EQ(access.settingsOpened.size(), 1U) << "the system's own question comes first";
     scheduler.advance(1ms);
     EXPECT_EQ(access.settingsOpened.back(), Kind::screenRecording);
-}
-
-TEST_F(PermissionsTest, anInstalledFileIsToldFromOneInABuildFolder) {
-    for (const auto& [path, isInstalled] : {std::pair{u"/usr/local/bin/quillet"_s, true},
-                                            {u"/home/me/src/build/quillet"_s, false},
-                                            {u"/home/usr/bin/quillet"_s, false}}) {
-        make(path);
-        EXPECT_EQ(permissions->isInstalled(), isInstalled) << path.toStdString();
-    }
 }
 
 TEST_F(PermissionsTest, relaunchingStartsTheSameFileWhateverItsPathHolds) {

@@ -9,25 +9,18 @@ using namespace Qt::StringLiterals;
 
 TEST(CardTextsTest, datesAreToldInTheirLargestUnit) {
     const QDateTime now(QDate(2025, 3, 31), QTime(12, 0));
-    const auto ago = [&now](qint64 seconds) { return relativeDate(now.addSecs(-seconds), now); };
-    EXPECT_EQ(ago(0), u"0 sec. ago"_s);
-    EXPECT_EQ(ago(59), u"59 sec. ago"_s);
-    EXPECT_EQ(ago(60), u"1 min. ago"_s);
-    EXPECT_EQ(ago(3599), u"59 min. ago"_s);
-    EXPECT_EQ(ago(3600), u"1 hr. ago"_s);
-    EXPECT_EQ(ago(86400 - 1), u"23 hr. ago"_s);
-    EXPECT_EQ(relativeDate(now.addDays(-1), now), u"1 day ago"_s);
-    EXPECT_EQ(relativeDate(now.addDays(-6), now), u"6 days ago"_s);
-    EXPECT_EQ(relativeDate(now.addDays(-7), now), u"1 wk. ago"_s);
-    EXPECT_EQ(relativeDate(now.addDays(-30), now), u"4 wk. ago"_s) << "1 March to 31 March";
-    EXPECT_EQ(relativeDate(now.addMonths(-1), now), u"1 mo. ago"_s);
-    EXPECT_EQ(relativeDate(now.addDays(-365), now), u"1 yr. ago"_s);
-    EXPECT_EQ(relativeDate(now.addSecs(120), now), u"in 2 min."_s);
+    const std::pair<QDateTime, const char*> rows[] = {
+        {now.addSecs(-59), "59 sec. ago"}, {now.addSecs(-60), "1 min. ago"},
+        {now.addSecs(-3600), "1 hr. ago"}, {now.addSecs(-86400 + 1), "23 hr. ago"},
+        {now.addDays(-1), "1 day ago"},    {now.addDays(-6), "6 days ago"},
+        {now.addDays(-7), "1 wk. ago"},    {now.addDays(-30), "4 wk. ago"},
+        {now.addMonths(-1), "1 mo. ago"},  {now.addDays(-365), "1 yr. ago"},
+        {now.addSecs(120), "in 2 min."}};
+    for (const auto& [date, text] : rows)
+        EXPECT_EQ(relativeDate(date, now), QLatin1StringView(text));
 }
 
 TEST(CardTextsTest, charactersAreCountedAsReadersSeeThem) {
-    EXPECT_EQ(characterCount(u""_s), 0);
-    EXPECT_EQ(characterCount(u"a\nb"_s), 3);
     EXPECT_EQ(characterCount(u"e\u0301"_s), 1);
     EXPECT_EQ(characterCount(u"🇩🇪🇫🇷"_s), 2);
     EXPECT_EQ(characterCount(u"👩‍👩‍👧👍🏽"_s), 2);
@@ -42,12 +35,7 @@ TEST(CardTextsTest, hexColoursAreReadAndOthersAreNot) {
         EXPECT_EQ(colorFromHex(text), std::nullopt) << qPrintable(text);
 }
 
-TEST(CardTextsTest, footersBadgesAndHostsFollowTheItem) {
-    EXPECT_EQ(fileFooter(1), u"1 file"_s);
-    EXPECT_EQ(fileFooter(6), u"6 files"_s);
-    EXPECT_EQ(imageFooter(QSize(1600, 1000)), u"1600 × 1000"_s);
-    EXPECT_EQ(imageFooter(std::nullopt), u"Image"_s);
-    EXPECT_EQ(characterFooter(227), u"227 characters"_s);
+TEST(CardTextsTest, badgesAndHostsFollowTheItem) {
     EXPECT_EQ(quickPasteBadge(8), u"⌘9"_s);
     EXPECT_EQ(quickPasteBadge(9), QString());
     EXPECT_EQ(linkHost(u"https://Journal.example.org:8080/a?b=c"_s), u"journal.example.org"_s);

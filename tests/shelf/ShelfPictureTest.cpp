@@ -28,41 +28,34 @@ protected:
         shelf.controller.window().grab();
     }
 
-    void copyFrom(const QString& name, const QColor& color, qint64 minutesAgo,
-                  std::vector<MemoryPasteboard::Item> items) {
+    void copy(const QString& name, const QColor& color, qint64 minutesAgo, const QString& type,
+              const QByteArray& bytes) {
         MemoryWorkspace& workspace = shelf.world.workspace;
         workspace.installed[name] = name;
         workspace.icons[MemoryWorkspace::locationOf(name)] = icon(color);
         workspace.setFrontmost(RunningApplication{name, name, 7});
         shelf.world.scheduler.setNow(m_now.addSecs(-60 * minutesAgo - 5));
-        shelf.world.copy(std::move(items));
-    }
-
-    void copyText(const QString& name, const QColor& color, qint64 minutesAgo,
-                  const QString& text) {
-        copyFrom(name, color, minutesAgo, {{PasteboardType::string, text.toUtf8()}});
+        shelf.world.copy({{type, bytes}});
     }
 
     void fill() {
-        copyFrom(u"Settings"_s, {20, 140, 150}, 240,
-                 {{PasteboardType::png, pngOf(sampleScreenshot({2400, 1600}))}});
-        copyText(u"Terminal"_s, {80, 82, 92}, 185,
-                 u"tar -czf backup-2025-11-18.tar.gz Documents Pictures --exclude='*.tmp' && "
-                 "sha256sum backup-2025-11-18.tar.gz > backup.sum"_s);
-        copyFrom(
-            u"Files"_s, {40, 120, 230}, 65,
-            {{PasteboardType::fileURL,
-              "file:///h/Invoice%20October.pdf\r\nfile:///h/Receipts.zip\r\nfile:///h/"
-              "Photos\r\nfile:///h/Budget%202026.csv\r\nfile:///h/a.txt\r\nfile:///h/b.txt\r\n"}});
-        copyFrom(u"Photos"_s, {225, 80, 190}, 41,
-                 {{PasteboardType::png, pngOf(sampleScreenshot({1600, 1000}, 0.5))}});
-        copyText(u"Palette"_s, {100, 80, 225}, 18, u"#2F9E8F"_s);
-        copyText(u"Browser"_s, {30, 160, 180}, 6,
-                 u"https://journal.example.org/articles/quiet-software"_s);
-        copyText(u"Notes"_s, {240, 160, 40}, 2,
-                 u"Move the beta to the 14th. Mara sends the blue icon set on Friday; the old one "
-                 "stays until then. Photos: keep the wide crop and warm the shadows a little. Ask "
-                 "Jonas whether the print sizes are final before we send anything out."_s);
+        namespace Type = PasteboardType;
+        copy(u"Settings"_s, {20, 140, 150}, 240, Type::png, pngOf(sampleScreenshot({2400, 1600})));
+        copy(u"Terminal"_s, {80, 82, 92}, 185, Type::string,
+             "tar -czf backup-2025-11-18.tar.gz Documents Pictures --exclude='*.tmp' && "
+             "sha256sum backup-2025-11-18.tar.gz > backup.sum");
+        copy(u"Files"_s, {40, 120, 230}, 65, Type::fileURL,
+             "file:///h/Invoice%20October.pdf\r\nfile:///h/Receipts.zip\r\nfile:///h/"
+             "Photos\r\nfile:///h/Budget%202026.csv\r\nfile:///h/a.txt\r\nfile:///h/b.txt\r\n");
+        copy(u"Photos"_s, {225, 80, 190}, 41, Type::png,
+             pngOf(sampleScreenshot({1600, 1000}, 0.5)));
+        copy(u"Palette"_s, {100, 80, 225}, 18, Type::string, "#2F9E8F");
+        copy(u"Browser"_s, {30, 160, 180}, 6, Type::string,
+             "https://journal.example.org/articles/quiet-software");
+        copy(u"Notes"_s, {240, 160, 40}, 2, Type::string,
+             "Move the beta to the 14th. Mara sends the blue icon set on Friday; the old one stays "
+             "until then. Photos: keep the wide crop and warm the shadows a little. Ask Jonas "
+             "whether the print sizes are final before we send anything out.");
         for (const size_t pinned : {3U, 5U})
             shelf.world.store->togglePin(shelf.world.store->items()[pinned]);
         for (const QString& path : shelf.world.store->items()[4]->filePaths())
@@ -71,8 +64,7 @@ protected:
     }
 
     QImage picture() {
-        for (int i = 0; i < 10; ++i)
-            shelf.advance(1000);
+        shelf.advance(10'000);
         shelf.world.scheduler.setNow(m_now);
         shelf.view().row().refresh();
         return shelf.controller.window().grab().toImage();

@@ -44,21 +44,23 @@ protected:
         QCoreApplication::sendEvent(&target, &event);
     }
 
-    QStringList menuTexts() {
+    /// The texts of the newest item's menu; one of them is chosen.
+    QString menu(const QString& chosen) {
         const auto menu = shelf.view().menuFor(shelf.world.newest());
         QStringList texts;
-        for (const QAction* action : menu->actions())
+        for (QAction* action : menu->actions()) {
             texts.append(action->isSeparator() ? u"-"_s : action->text());
-        return texts;
+            if (action->text() == chosen)
+                action->trigger();
+        }
+        EXPECT_TRUE(texts.contains(chosen));
+        return texts.join(u" "_s);
     }
 
-    void choose(const QString& text) {
-        const auto menu = shelf.view().menuFor(shelf.world.newest());
-        for (QAction* action : menu->actions()) {
-            if (action->text() == text)
-                return action->trigger();
-        }
-        FAIL() << qPrintable(text);
+    QRect selectedPlace() {
+        const auto cards = row().cards();
+        const auto selected = std::ranges::find_if(cards, &ClipCard::isSelected);
+        return selected == cards.end() ? QRect() : (*selected)->geometry();
     }
 
     Shelf shelf;
@@ -71,36 +73,19 @@ TEST_F(ShelfViewTest, onlyTheCardsInViewExistAndTheSelectedOneComesToTheMiddle) 
         shelf.model().moveSelection(+1);
     shelf.advance(1000);
     EXPECT_LE(row().cards().size(), 6U);
-    const auto cards = row().cards();
-    const auto selected = std::ranges::find_if(cards, &ClipCard::isSelected);
-    ASSERT_NE(selected, cards.end());
-    EXPECT_EQ((*selected)->item()->text(), u"text 100"_s);
-    EXPECT_NEAR((*selected)->geometry().center().x(), 500, 1);
-
+    EXPECT_NEAR(selectedPlace().center().x(), 500, 1);
     shelf.controller.show();
-    EXPECT_EQ(row().offset(), 0);
-    EXPECT_EQ(row().cards().front()->geometry().topLeft(), QPoint(18, 61));
-    EXPECT_TRUE(row().cards().front()->isSelected());
+    EXPECT_EQ(selectedPlace().topLeft(), QPoint(18, 61));
 }
 
 TEST_F(ShelfViewTest, whatReturnPastesStaysInViewUnlessTheUserScrollsAway) {
     copyTexts(20);
-    const auto selectedPlace = [&] {
-        for (const ClipCard* card : row().cards()) {
-            if (card->isSelected())
-                return card->geometry();
-        }
-        return QRect();
-    };
     shelf.model().moveSelection(19);
     shelf.advance(200);
     shelf.model().setQuery(u"text 2"_s);
     EXPECT_EQ(selectedPlace().left(), 18);
     shelf.model().setQuery({});
-    shelf.advance(200);
-    EXPECT_EQ(selectedPlace().right(), 1000 - 18 - 1);
     shelf.world.copy(u"one more"_s);
-    shelf.advance(200);
     EXPECT_EQ(selectedPlace().right(), 1000 - 18 - 1);
 
     wheel({9000, 0}, {});
@@ -122,12 +107,10 @@ TEST_F(ShelfViewTest, wheelAndTouchpadScrollWithinTheRow) {
     EXPECT_EQ(row().offset(), 230) << "two notches in quick succession add up";
     wheel({-90'000, 0}, {});
     EXPECT_EQ(row().offset(), end);
-
     resize(3000);
     EXPECT_EQ(row().offset(), end - 2000);
     shelf.model().setQuery(u"text 7"_s);
     EXPECT_EQ(row().offset(), 0);
-    EXPECT_EQ(row().cards().size(), 1U);
 }
 
 TEST_F(ShelfViewTest, cardsTellAssistiveProgramsWhatTheyAre) {
@@ -136,82 +119,61 @@ TEST_F(ShelfViewTest, cardsTellAssistiveProgramsWhatTheyAre) {
     shelf.world.store->togglePin(shelf.world.newest());
     const auto cards = row().cards();
     EXPECT_EQ(cards[0]->accessibleName(), u"Text from Kate, 0 sec. ago, pinned, 1 of 2"_s);
-    EXPECT_EQ(cards[1]->accessibleName(), u"Text from Kate, 1 sec. ago, 2 of 2"_s);
+    shelf.advance(10'000);
+    EXPECT_EQ(cards[1]->accessibleName(), u"Text from Kate, 11 sec. ago, 2 of 2"_s);
     const QAccessibleInterface* first = QAccessible::queryAccessibleInterface(cards[0]);
     EXPECT_EQ(first->role(), QAccessible::ListItem);
     EXPECT_TRUE(first->state().selected);
     EXPECT_FALSE(QAccessible::queryAccessibleInterface(cards[1])->state().selected);
-    shelf.advance(10'000);
-    EXPECT_EQ(cards[1]->accessibleName(), u"Text from Kate, 11 sec. ago, 2 of 2"_s);
 }
 
 TEST_F(ShelfViewTest, aDoubleClickPastesWhatItsFirstClickChoseEvenWhenTheRowHasMoved) {
     copyTexts(20);
-    struct Row {
-        int x;
-        const char* what;
-    };
-    for (const auto& [x, what] : {Row{950, "another card is there"}, Row{845, "a gap is there"}}) {
+    for (const int x : {950, 845}) { // another card or a gap is there after the first click
         shelf.controller.show();
         press({x, 200});
         const auto chosen = shelf.model().selectedItem();
-        EXPECT_NE(chosen, shelf.world.newest()) << what;
+        EXPECT_NE(chosen, shelf.world.newest()) << x;
         shelf.advance(200);
         press({x, 200}, QEvent::MouseButtonDblClick);
-        EXPECT_FALSE(shelf.panel().isVisible()) << what;
-        EXPECT_EQ(shelf.world.newest(), chosen) << what;
+        EXPECT_FALSE(shelf.panel().isVisible()) << x;
+        EXPECT_EQ(shelf.world.newest(), chosen) << x;
     }
-
     shelf.controller.show();
     press({950, 200});
     shelf.advance(200);
-    const auto chosen = shelf.model().selectedItem();
     press({385, 200});
     press({385, 200}, QEvent::MouseButtonDblClick);
     EXPECT_TRUE(shelf.panel().isVisible()) << "both clicks were between cards";
 }
 
 TEST_F(ShelfViewTest, theMenuOffersWhatFitsTheItem) {
-    const QStringList start{u"Paste"_s, u"Paste as Plain Text"_s, u"Copy"_s, u"-"_s};
+    const QString start = u"Paste Paste as Plain Text Copy - "_s;
     shelf.world.copy(u"https://example.org/a"_s);
-    EXPECT_EQ(menuTexts(), start + QStringList({u"Pin"_s, u"Open Link"_s, u"-"_s, u"Delete"_s}));
-    choose(u"Open Link"_s);
+    shelf.controller.show();
+    EXPECT_EQ(menu(u"Open Link"_s), start + u"Pin Open Link - Delete"_s);
     EXPECT_THAT(shelf.world.workspace.opened,
                 testing::ElementsAre(QUrl(u"https://example.org/a"_s)));
-    choose(u"Pin"_s);
-    EXPECT_EQ(menuTexts(), start + QStringList({u"Unpin"_s, u"Open Link"_s, u"-"_s, u"Delete"_s}));
+    menu(u"Pin"_s);
+    EXPECT_EQ(menu(u"Copy"_s), start + u"Unpin Open Link - Delete"_s);
+    EXPECT_TRUE(shelf.controller.isVisible());
+    menu(u"Paste as Plain Text"_s);
+    EXPECT_FALSE(shelf.controller.isVisible());
 
     shelf.world.copy({{PasteboardType::fileURL, "file:///h/a.txt\r\nfile:///h/b.txt\r\n"}});
-    EXPECT_EQ(menuTexts(),
-              start + QStringList({u"Pin"_s, u"Show in Finder"_s, u"-"_s, u"Delete"_s}));
-    choose(u"Show in Finder"_s);
+    EXPECT_EQ(menu(u"Show in Finder"_s), start + u"Pin Show in Finder - Delete"_s);
     EXPECT_EQ(shelf.world.workspace.revealed, QStringList(u"/h/a.txt"_s));
-    choose(u"Delete"_s);
+    menu(u"Delete"_s);
     EXPECT_EQ(shelf.world.store->items().size(), 1U);
 }
 
-TEST_F(ShelfViewTest, copyKeepsTheShelfOpenAndPasteClosesIt) {
-    copyTexts(1);
-    shelf.advance(2000);
-    const size_t before = shelf.world.soundsPlayed();
-    choose(u"Copy"_s);
-    shelf.advance(1000);
-    EXPECT_TRUE(shelf.controller.isVisible());
-    EXPECT_EQ(shelf.world.soundsPlayed(), before + 1);
-    choose(u"Paste as Plain Text"_s);
-    EXPECT_FALSE(shelf.controller.isVisible());
-}
-
 TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
-    shelf.world.copy(u"words"_s);
-    EXPECT_EQ(shelf.view().dragContent(*shelf.world.newest())->text(), u"words"_s);
+    const auto dragged = [this] { return shelf.view().dragContent(*shelf.world.newest()); };
     shelf.world.copy({{PasteboardType::fileURL, "file:///h/a.txt\r\nfile:///h/b.txt\r\n"}});
-    EXPECT_EQ(shelf.view().dragContent(*shelf.world.newest())->urls(),
-              QList<QUrl>{QUrl(u"file:///h/a.txt"_s)});
-
+    EXPECT_EQ(dragged()->urls(), QList<QUrl>{QUrl(u"file:///h/a.txt"_s)});
     const QByteArray png = pngOf(sampleScreenshot({300, 200}));
     shelf.world.copy({{PasteboardType::png, png}});
-    const auto image = shelf.view().dragContent(*shelf.world.newest());
+    const auto image = dragged();
     EXPECT_EQ(image->data(u"image/png"_s), png);
     ASSERT_EQ(image->urls().size(), 1);
     QFile file(image->urls().front().toLocalFile());
@@ -221,7 +183,7 @@ TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
     const QString folder = QFileInfo(file).path();
     for (const QString& path : {file.fileName(), folder, QFileInfo(folder).path()})
         EXPECT_FALSE(QFile::permissions(path) & ofOthers) << path.toStdString();
-    EXPECT_NE(shelf.view().dragContent(*shelf.world.newest())->urls(), image->urls());
+    EXPECT_NE(dragged()->urls(), image->urls());
 
     shelf.controller.show();
     const QImage underPointer = row().cards().front()->picture().toImage();
@@ -236,7 +198,6 @@ TEST_F(ShelfViewTest, hardContentsLeaveTheShelfWhole) {
                             u"Z"_s + QString(5000, QChar(0x0301)),
                             u"\x01\x02\x7f\t\r\n\u0000 end"_s,
                             u"https://example.org/?q="_s + QString(100'000, u'a'),
-                            u" #2F 9E8F "_s,
                             u"👩‍👩‍👧"_s.repeated(3000),
                             QString(200'000, u'\n')};
     for (const QString& text : texts)
