@@ -1,6 +1,7 @@
 #include "support/DesktopSession.h"
 
 #include "support/FakeApplication.h"
+#include "support/PrivateBus.h"
 
 #include <csignal>
 #include <QDir>
@@ -128,10 +129,7 @@ void DesktopSession::startWindowManager(const QString& program) {
 }
 
 void DesktopSession::startBus() {
-    m_services.push_back(
-        start(u"dbus-daemon"_s,
-              {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s,
-               u"--address=unix:path="_s + m_runtime.filePath(u"bus"_s), u"--print-address=1"_s}));
+    m_services.push_back(start(u"dbus-daemon"_s, privateBusArguments(m_runtime)));
     m_busAddress = QString::fromUtf8(firstLine(*m_services.back()));
 }
 

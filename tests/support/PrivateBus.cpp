@@ -2,17 +2,28 @@
 
 #include <csignal>
 #include <QDBusError>
+#include <QFile>
 #include <sys/prctl.h>
 
 namespace quillet {
 
 using namespace Qt::StringLiterals;
 
+QStringList privateBusArguments(const QTemporaryDir& folder) {
+    QFile configuration(folder.filePath(u"bus.conf"_s));
+    if (!configuration.open(QIODevice::WriteOnly))
+        qFatal("no file for the bus");
+    configuration.write(
+        "<busconfig><type>session</type><listen>unix:path=" + folder.filePath(u"bus"_s).toUtf8() +
+        "</listen><policy context='default'><allow send_destination='*'/>"
+        "<allow receive_sender='*'/><allow own='*'/></policy></busconfig>");
+    return {u"--config-file="_s + configuration.fileName(), u"--nofork"_s, u"--nopidfile"_s,
+            u"--print-address=1"_s};
+}
+
 PrivateBus::PrivateBus() {
     m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    m_daemon.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s,
-                                      u"--address=unix:path="_s + m_folder.filePath(u"bus"_s),
-                                      u"--print-address=1"_s});
+    m_daemon.start(u"dbus-daemon"_s, privateBusArguments(m_folder));
     while (!m_daemon.canReadLine()) {
         if (!m_daemon.waitForReadyRead(10'000))
             qFatal("no bus: %s", m_daemon.readAllStandardError().constData());
