@@ -32,7 +32,7 @@ TYPED_TEST_P(DesktopSettingsContract, whatIsSetReadsBackAtOnceAndReachesTheDeskt
     EXPECT_TRUE(this->backend.waitFor([&] { return !this->backend.showsHiddenFiles(); }));
 }
 
-TYPED_TEST_P(DesktopSettingsContract, aToggleIsToldOnceWhenTheOutcomeCanBeRead) {
+TYPED_TEST_P(DesktopSettingsContract, aToggleIsToldOnceAndObserversHearOfWhatOthersChange) {
     DesktopSettings& desktop = this->backend.desktop();
     for (const bool dark : {true, false}) {
         int told = 0;
@@ -44,10 +44,6 @@ TYPED_TEST_P(DesktopSettingsContract, aToggleIsToldOnceWhenTheOutcomeCanBeRead) 
         EXPECT_TRUE(this->backend.waitFor([&] { return told > 0; }));
         EXPECT_EQ(told, 1);
     }
-}
-
-TYPED_TEST_P(DesktopSettingsContract, observersHearOfWhatOthersChangeUntilTheyLetGo) {
-    DesktopSettings& desktop = this->backend.desktop();
     bool heard = false;
     auto observation = desktop.observe([&] { heard = desktop.isDark(); });
     this->backend.setDarkElsewhere(true);
@@ -60,7 +56,6 @@ TYPED_TEST_P(DesktopSettingsContract, observersHearOfWhatOthersChangeUntilTheyLe
 
 REGISTER_TYPED_TEST_SUITE_P(DesktopSettingsContract,
                             whatIsSetReadsBackAtOnceAndReachesTheDesktopInOrder,
-                            aToggleIsToldOnceWhenTheOutcomeCanBeRead,
-                            observersHearOfWhatOthersChangeUntilTheyLetGo);
+                            aToggleIsToldOnceAndObserversHearOfWhatOthersChange);
 
 } // namespace quillet

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 struct LinuxSchedulerBackend {
     std::unique_ptr<Scheduler> scheduler = std::make_unique<LinuxScheduler>();
 
-    void letPass(Scheduler::Duration span) { spinFor(span); }
+    void letPass(milliseconds span) { spinFor(span); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SchedulerContract, LinuxSchedulerBackend);
 
@@ -41,13 +41,13 @@ struct ProcessCommandsBackend {
 
     template<typename Condition>
     bool waitFor(Condition condition) {
-        return spinUntil(condition, std::chrono::milliseconds(commands ? 10000 : 100));
+        return spinUntil(condition, milliseconds(commands ? 10000 : 100));
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandsContract, ProcessCommandsBackend);
 
 TEST(ProcessCommands, aProgramThatHangsIsEnded) {
-    ProcessCommands commands(std::chrono::milliseconds(100));
+    ProcessCommands commands(milliseconds(100));
     std::optional<CommandResult> result;
     commands.run(u"sleep"_s, {u"100"_s}, [&](const CommandResult& end) { result = end; });
     ASSERT_TRUE(spinUntil([&] { return result.has_value(); }));
@@ -77,8 +77,8 @@ struct ProcHostBackend {
 
     HostStatistics& statistics() { return host; }
     void work() {
-        using Clock = std::chrono::steady_clock;
-        for (const auto end = Clock::now() + std::chrono::milliseconds(50); Clock::now() < end;) {
+        const auto end = host.uptime() + milliseconds(50);
+        while (host.uptime() < end) {
         }
     }
 };

@@ -18,10 +18,21 @@ namespace quillet {
 
 using namespace Qt::StringLiterals;
 
+/// What is under way arrives as soon as the time does not stand still.
+struct MemoryBackend {
+    MemoryScheduler scheduler;
+
+    template<typename Condition>
+    bool waitFor(Condition condition) {
+        scheduler.advance(milliseconds(0));
+        return condition();
+    }
+};
+
 struct MemorySchedulerBackend {
     std::unique_ptr<Scheduler> scheduler = std::make_unique<MemoryScheduler>();
 
-    void letPass(Scheduler::Duration span) {
+    void letPass(milliseconds span) {
         if (scheduler)
             static_cast<MemoryScheduler&>(*scheduler).advance(span);
     }
@@ -36,8 +47,7 @@ struct MemoryPreferencesBackend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PreferencesContract, MemoryPreferencesBackend);
 
-struct MemoryCommandsBackend {
-    MemoryScheduler scheduler;
+struct MemoryCommandsBackend : MemoryBackend {
     std::unique_ptr<Commands> commands = scripted();
 
     std::unique_ptr<Commands> scripted() {
@@ -49,61 +59,44 @@ struct MemoryCommandsBackend {
         };
         return memory;
     }
-
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        scheduler.advance(Scheduler::Duration(0));
-        return condition();
-    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, CommandsContract, MemoryCommandsBackend);
 
-struct MemorySoundBackend {
-    MemoryScheduler scheduler;
+struct MemorySoundBackend : MemoryBackend {
     MemorySoundPlayer sounds{scheduler};
 
     SoundPlayer& player() { return sounds; }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, SoundPlayerContract, MemorySoundBackend);
 
-struct MemoryHostBackend {
-    MemoryScheduler scheduler;
+struct MemoryHostBackend : MemoryBackend {
     MemoryHostStatistics host{scheduler};
-
-    MemoryHostBackend() { host.interfaces->push_back({.isUp = true}); }
 
     HostStatistics& statistics() { return host; }
     void work() {
         host.ticks->user += 5;
-        scheduler.advance(std::chrono::milliseconds(50));
+        scheduler.advance(milliseconds(50));
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HostStatisticsContract, MemoryHostBackend);
 
-struct MemoryPasteboardBackend {
+struct MemoryPasteboardBackend : MemoryBackend {
     MemoryPasteboard memory;
 
     Pasteboard& pasteboard() { return memory; }
-
     void copyElsewhere(const std::vector<std::pair<QString, QByteArray>>& items) {
         std::vector<MemoryPasteboard::Item> copied;
         for (const auto& [type, bytes] : items)
             copied.push_back({type, bytes});
         memory.copyFrom(std::move(copied));
     }
-
     std::optional<QByteArray> pasteElsewhere(const QString& type) { return memory.bytes(type); }
     void holdAnswers() { memory.holdReads(); }
     void quitElsewhere() { memory.ownerQuits(); }
-
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        return condition();
-    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PasteboardContract, MemoryPasteboardBackend);
 
-struct MemoryWorkspaceBackend {
+struct MemoryWorkspaceBackend : MemoryBackend {
     MemoryWorkspace memory;
 
     Workspace& workspace() { return memory; }
@@ -111,51 +104,35 @@ struct MemoryWorkspaceBackend {
         memory.setFrontmost(RunningApplication{bundleID, {}, 0});
     }
     void closeApplication(const QString& bundleID) { memory.quit({bundleID, {}, 0}); }
-
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        return condition();
-    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, WorkspaceContract, MemoryWorkspaceBackend);
 
-struct MemoryFocusedWindowBackend {
-    MemoryScheduler scheduler;
+struct MemoryFocusedWindowBackend : MemoryBackend {
     MemoryFocusedWindow memory{scheduler};
     FocusedWindow::Identity opened = 0;
 
     FocusedWindow& windows() { return memory; }
     void open(const Rect& frame) { opened = memory.open(frame); }
     void close() { memory.close(opened); }
-
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        scheduler.advance(Scheduler::Duration(0));
-        return condition();
-    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, FocusedWindowContract, MemoryFocusedWindowBackend);
 
-struct MemoryHotKeysBackend {
-    MemoryScheduler scheduler;
+struct MemoryHotKeysBackend : MemoryBackend {
     MemoryHotKeys memory{scheduler};
+    std::set<MemoryHotKeys::Combination> takenElsewhere;
 
     HotKeyService& hotKeys() { return memory; }
     void takeElsewhere(uint32_t keyCode, uint32_t modifiers) {
-        memory.taken.insert({keyCode, modifiers});
+        takenElsewhere.insert({keyCode, modifiers});
+        memory.taken = takenElsewhere;
     }
     void press(uint32_t keyCode, uint32_t modifiers) {
         memory.press({keyCode, modifiers});
-        scheduler.advance(Scheduler::Duration(0));
+        scheduler.advance(milliseconds(0));
     }
-
-    std::set<MemoryHotKeys::Combination> takenAtFirst;
     void changeLayout(bool isFirst) {
-        auto next = takenAtFirst;
-        if (!isFirst)
-            takenAtFirst = memory.taken;
-        memory.changeKeyboard(isFirst ? next : std::set<MemoryHotKeys::Combination>());
-        scheduler.advance(Scheduler::Duration(0));
+        memory.changeKeyboard(isFirst ? takenElsewhere : std::set<MemoryHotKeys::Combination>());
+        scheduler.advance(milliseconds(0));
     }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HotKeysContract, MemoryHotKeysBackend);
@@ -178,7 +155,7 @@ struct MemoryKeyboardGrabBackend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, KeyboardGrabContract, MemoryKeyboardGrabBackend);
 
-struct MemoryDesktopSettingsBackend {
+struct MemoryDesktopSettingsBackend : MemoryBackend {
     using Key = DesktopSettings::FileManagerKey;
     MemoryDesktopSettings memory;
 
@@ -187,11 +164,6 @@ struct MemoryDesktopSettingsBackend {
     DesktopSettings& desktop() { return memory; }
     bool showsHiddenFiles() { return memory.fileManagerValue(Key::showAllFiles).toBool(); }
     void setDarkElsewhere(bool dark) { memory.setDark(dark); }
-
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        return condition();
-    }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, DesktopSettingsContract, MemoryDesktopSettingsBackend);
 

@@ -48,27 +48,21 @@ TYPED_TEST_P(PanelsContract, onePanelHasTheKeyboardUntilTheUserTurnsElsewhere) {
     EXPECT_TRUE(other->panel->isKey());
     EXPECT_FALSE(shelf->panel->isKey());
     EXPECT_EQ(shelf->resigned, 1);
-    this->backend.clickOutside();
-    EXPECT_EQ(other->resigned, 1);
-    EXPECT_FALSE(other->panel->isKey());
+    for (int i = 0; i < 2; ++i) {
+        this->backend.clickOutside();
+        EXPECT_EQ(other->resigned, 1);
+        EXPECT_FALSE(other->panel->isKey());
+    }
     EXPECT_TRUE(other->panel->isVisible());
-    this->backend.clickOutside();
-    EXPECT_EQ(other->resigned, 1);
-}
 
-TYPED_TEST_P(PanelsContract, aPanelTakenOffTheScreenGivesTheKeyboardBackWithoutSayingSo) {
-    const auto shelf = this->make(true);
+    // Taken off the screen it says nothing.
     shelf->panel->makeKeyAndOrderFront();
-    shelf->panel->setAlpha(0.25);
     shelf->panel->orderOut();
     EXPECT_FALSE(shelf->panel->isVisible() || shelf->panel->isKey());
     this->backend.clickOutside();
-    EXPECT_EQ(shelf->resigned, 0);
-    EXPECT_EQ(shelf->panel->alpha(), 0.25);
-    EXPECT_EQ(shelf->panel->frame(), (Rect{{100, 100}, {300, 200}}));
+    EXPECT_EQ(shelf->resigned, 1);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(PanelsContract, onePanelHasTheKeyboardUntilTheUserTurnsElsewhere,
-                            aPanelTakenOffTheScreenGivesTheKeyboardBackWithoutSayingSo);
+REGISTER_TYPED_TEST_SUITE_P(PanelsContract, onePanelHasTheKeyboardUntilTheUserTurnsElsewhere);
 
 } // namespace quillet

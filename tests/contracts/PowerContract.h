@@ -19,7 +19,7 @@ protected:
 
 TYPED_TEST_SUITE_P(PowerContract);
 
-TYPED_TEST_P(PowerContract, anAssertionHoldsUntilItIsDestroyed) {
+TYPED_TEST_P(PowerContract, anAssertionHoldsUntilItIsDestroyedWhereSomebodyCanHoldIt) {
     Power& power = this->backend.power();
     for (const auto type : {Power::AssertionType::preventUserIdleDisplaySleep,
                             Power::AssertionType::preventUserIdleSystemSleep}) {
@@ -32,12 +32,8 @@ TYPED_TEST_P(PowerContract, anAssertionHoldsUntilItIsDestroyed) {
         second.reset();
         EXPECT_EQ(this->backend.holders(), 0);
     }
-}
-
-TYPED_TEST_P(PowerContract, thereIsNoneWhereNobodyCanHoldIt) {
     this->backend.takeAbilityAway();
-    EXPECT_EQ(this->backend.power().assertion(Power::AssertionType::preventUserIdleSystemSleep, {}),
-              nullptr);
+    EXPECT_EQ(power.assertion(Power::AssertionType::preventUserIdleSystemSleep, {}), nullptr);
 }
 
 TYPED_TEST_P(PowerContract, aLossIsToldOnceAndMayDestroyTheAssertion) {
@@ -53,15 +49,14 @@ TYPED_TEST_P(PowerContract, aLossIsToldOnceAndMayDestroyTheAssertion) {
     };
     EXPECT_EQ(this->backend.holders(), 2);
     EXPECT_EQ(losses, 0);
-    this->backend.loseAll();
-    EXPECT_EQ(losses, 2);
+    for (int i = 0; i < 2; ++i) {
+        this->backend.loseAll();
+        EXPECT_EQ(losses, 2);
+    }
     EXPECT_EQ(destroyed, nullptr);
-    this->backend.loseAll();
-    EXPECT_EQ(losses, 2);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(PowerContract, anAssertionHoldsUntilItIsDestroyed,
-                            thereIsNoneWhereNobodyCanHoldIt,
+REGISTER_TYPED_TEST_SUITE_P(PowerContract, anAssertionHoldsUntilItIsDestroyedWhereSomebodyCanHoldIt,
                             aLossIsToldOnceAndMayDestroyTheAssertion);
 
 } // namespace quillet
