@@ -30,6 +30,21 @@ Rect rounded(const Rect& rect) {
     return {corner, {std::round(rect.maxX()) - corner.x, std::round(rect.maxY()) - corner.y}};
 }
 
+/// The frame to give a window that is to fill the screen again, as that is what it has afterwards:
+/// along the filled axes the one of the moment, for nobody knows it of the time before.
+Rect underFill(const Rect& before, const WindowFill& fill, const Rect& now) {
+    Rect frame = before;
+    if (fill.horizontally || fill.fullScreen) {
+        frame.origin.x = now.origin.x;
+        frame.size.width = now.size.width;
+    }
+    if (fill.vertically || fill.fullScreen) {
+        frame.origin.y = now.origin.y;
+        frame.size.height = now.size.height;
+    }
+    return frame;
+}
+
 /// From desktop points to points from the top left of the primary screen, or back.
 Rect flipped(const Rect& rect, const std::vector<Screen>& screens) {
     return flipped(rect, screens.empty() ? 0 : screens.front().frame.size.height);
@@ -65,10 +80,15 @@ bool WindowSnapper::restore() {
     const auto past = pastOf(window->id);
     if (past == m_pasts.end())
         return refuse();
-    const Rect before = past->before;
+    const Window before = past->before;
     m_pasts.erase(past);
     m_last.reset();
-    apply({*window, before, {}});
+    const std::vector<Screen> screens = m_services.screens.all();
+    const bool isOnItsScreen =
+        screenContaining(before.frame, screens) == screenContaining(window->frame, screens);
+    const Rect target =
+        isOnItsScreen ? underFill(before.frame, before.fill, window->frame) : before.frame;
+    apply({.window = *window, .target = target, .fill = before.fill}, target);
     return true;
 }
 
@@ -105,7 +125,7 @@ std::optional<WindowSnapper::Window> WindowSnapper::focusedWindow() {
         refuse();
         return std::nullopt;
     }
-    return Window{*id, *frame};
+    return Window{*id, *frame, m_services.windows.fill(*id)};
 }
 
 std::optional<Screen> WindowSnapper::screenContaining(const Rect& frame,
@@ -118,39 +138,46 @@ std::optional<Screen> WindowSnapper::screenContaining(const Rect& frame,
 
 void WindowSnapper::move(const Move& move) {
     noteBefore(move.window);
-    apply(move);
+    apply(move, move.target);
 }
 
 /// The first size lets the window fit at its new place, the second corrects what its program cut
 /// off at the old one.
-void WindowSnapper::apply(const Move& move) {
+void WindowSnapper::apply(Move move, const Rect& place) {
     const Identity window = move.window.id;
     if (const auto past = pastOf(window); past != m_pasts.end())
         past->after.reset();
-    m_services.windows.setSize(window, move.target.size);
-    m_services.windows.setTopLeft(window, move.target.origin);
-    m_services.windows.setSize(window, move.target.size);
+    m_services.windows.setSize(window, place.size);
+    m_services.windows.setTopLeft(window, place.origin);
+    m_services.windows.setSize(window, place.size);
+    if (move.fill.isAny())
+        m_services.windows.setFill(window, move.fill);
     m_services.windows.whenSettled(
-        window, m_alive([this, move](const std::optional<Rect>& frame) { verify(move, frame); }));
+        window,
+        m_alive([this, move](const std::optional<Rect>& frame) mutable { verify(move, frame); }));
 }
 
-void WindowSnapper::verify(Move move, const std::optional<Rect>& frame) {
+void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
     noteAfter(move.window.id, frame);
     if (!frame)
         return; // it was closed, which is what somebody wanted
+    if (move.fill.isAny()) {
+        if (m_services.windows.fill(move.window.id) != move.fill)
+            refuse();
+        return;
+    }
     const Point corner = anchored(move.anchor, move.target, frame->size);
     const bool inPlace = isNear(frame->origin, corner);
     const bool ignored = !move.anchored && isNear(*frame, move.window.frame) &&
                          !(inPlace && isNear(frame->size, move.target.size, coarsestStep));
     if (ignored && !move.askedAgain) {
         move.askedAgain = true;
-        apply(move);
+        apply(move, move.target);
     } else if (!inPlace && !ignored && !move.anchored) {
         move.anchored = true;
-        move.target = {corner, frame->size};
-        move.anchor = {};
-        apply(move);
-    } else if (ignored || !isNear(frame->origin, corner, forgivable)) {
+        apply(move, {corner, frame->size});
+    } else if (!move.refused && (ignored || !isNear(frame->origin, corner, forgivable))) {
+        move.refused = true;
         refuse();
     }
 }
@@ -162,9 +189,9 @@ bool WindowSnapper::refuse() {
 
 /// Where a window is now is the user's choice, unless it was left there from here.
 void WindowSnapper::noteBefore(const Window& window) {
-    Past past{window.id, window.frame, {}};
+    Past past{window, {}};
     if (const auto known = pastOf(window.id); known != m_pasts.end()) {
-        if (!known->after || isNear(*known->after, window.frame))
+        if (!known->after || (isNear(*known->after, window.frame) && !window.fill.isAny()))
             past.before = known->before;
         m_pasts.erase(known);
     }
@@ -184,7 +211,7 @@ void WindowSnapper::noteAfter(Identity window, const std::optional<Rect>& frame)
 }
 
 std::vector<WindowSnapper::Past>::iterator WindowSnapper::pastOf(Identity window) {
-    return std::ranges::find(m_pasts, window, &Past::window);
+    return std::ranges::find(m_pasts, window, [](const Past& past) { return past.before.id; });
 }
 
 } // namespace quillet

@@ -17,9 +17,10 @@ namespace quillet {
 /// to the next fraction of the screen.
 ///
 /// An operation asks and returns; false where there was nothing to ask, of which the user was
-/// told. What comes of it is looked at later: a window that ignored the request is asked once
-/// more, one that took another size is moved to the edges where it belongs. Where it still is not
-/// in its place then, the user hears a beep.
+/// told. What comes of it is looked at later, and again when the program had second thoughts: a
+/// window that ignored the request is asked once more, one that took another size may keep it and
+/// is moved once to the edges where it belongs. Where it still is not in its place then, it is left
+/// there and the user hears one beep. None of that counts as the user's choice of a place.
 class WindowSnapper {
 public:
     using Position = SnapPosition;
@@ -34,7 +35,8 @@ public:
 
     bool snap(Position position);
 
-    /// Back to where the window was before it was moved from here, however often that was.
+    /// Back to where the window was before it was moved from here, however often that was, and
+    /// maximised or full-screen again where it was that.
     bool restore();
 
     /// To the same relative place on the next screen, after the last one to the first.
@@ -45,13 +47,16 @@ private:
     struct Window {
         Identity id = 0;
         Rect frame;
+        WindowFill fill;
     };
     struct Move {
         Window window; ///< as it was before
         Rect target;
-        SnapAnchor anchor;
+        SnapAnchor anchor{};
+        WindowFill fill{};
         bool askedAgain = false;
         bool anchored = false;
+        bool refused = false;
     };
     struct Snap {
         Position position;
@@ -59,16 +64,15 @@ private:
         Identity window;
     };
     struct Past {
-        Identity window;
-        Rect before;
+        Window before;
         std::optional<Rect> after; ///< absent while the window is on its way
     };
 
     std::optional<Window> focusedWindow();
     std::optional<Screen> screenContaining(const Rect& frame, const std::vector<Screen>& screens);
     void move(const Move& move);
-    void apply(const Move& move);
-    void verify(Move move, const std::optional<Rect>& frame);
+    void apply(Move move, const Rect& place);
+    void verify(Move& move, const std::optional<Rect>& frame);
     bool refuse();
 
     void noteBefore(const Window& window);

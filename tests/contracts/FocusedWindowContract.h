@@ -57,6 +57,28 @@ TYPED_TEST_P(FocusedWindowContract, aWindowComesWhereItIsAskedToAndSaysSoOnce) {
     EXPECT_EQ(reports.back(), reports[1]);
 }
 
+TYPED_TEST_P(FocusedWindowContract,
+             aWindowLeavesWhatItFillsBeforeItMovesAndFillsItAgainAfterwards) {
+    FocusedWindow& windows = this->backend.windows();
+    const auto window = this->openWindow();
+    const Rect place{{200, 150}, {640, 480}};
+    std::vector<std::optional<Rect>> reports;
+    for (const WindowFill& fill : {WindowFill{true, true, false}, WindowFill{false, true, false},
+                                   WindowFill{false, false, true}, WindowFill{}}) {
+        windows.setSize(window, place.size);
+        windows.setTopLeft(window, place.origin);
+        windows.setFill(window, fill);
+        reports.clear();
+        windows.whenSettled(window, this->noteTo(reports));
+        EXPECT_TRUE(this->backend.waitFor([&] { return !reports.empty(); }));
+        EXPECT_EQ(windows.fill(window), fill);
+    }
+    EXPECT_EQ(reports.back(), place);
+    this->backend.close();
+    EXPECT_TRUE(this->backend.waitFor([&] { return !windows.identity(); }));
+    EXPECT_EQ(windows.fill(window), WindowFill{});
+}
+
 TYPED_TEST_P(FocusedWindowContract, aClosedWindowHasNoFrame) {
     FocusedWindow& windows = this->backend.windows();
     const auto window = this->openWindow();
@@ -65,17 +87,16 @@ TYPED_TEST_P(FocusedWindowContract, aClosedWindowHasNoFrame) {
     windows.whenSettled(window, this->noteTo(reports));
     this->backend.close();
     EXPECT_TRUE(this->backend.waitFor([&] { return !reports.empty(); }));
-    EXPECT_EQ(reports, std::vector{std::optional<Rect>()});
     EXPECT_EQ(windows.topLeftFrame(window), std::nullopt);
     EXPECT_TRUE(this->backend.waitFor([&] { return !windows.identity(); }));
-
     windows.setTopLeft(window, {10, 20});
     windows.whenSettled(window, this->noteTo(reports));
     EXPECT_TRUE(this->backend.waitFor([&] { return reports.size() == 2; }));
-    EXPECT_EQ(reports.back(), std::nullopt);
+    EXPECT_EQ(reports, std::vector(2, std::optional<Rect>()));
 }
 
 REGISTER_TYPED_TEST_SUITE_P(FocusedWindowContract, aWindowComesWhereItIsAskedToAndSaysSoOnce,
+                            aWindowLeavesWhatItFillsBeforeItMovesAndFillsItAgainAfterwards,
                             aClosedWindowHasNoFrame);
 
 } // namespace quillet

@@ -176,6 +176,53 @@ TEST_F(WindowSnapperTest, aWindowThatRefusesIsAskedTwiceAndOneThatClosesIsLeftIn
     EXPECT_EQ(workspace.beeps, 2);
 }
 
+TEST_F(WindowSnapperTest, aProgramThatUndoesASizeIsCorrectedOnceAndItsFrameIsNotTheUsersChoice) {
+    const Rect chosen = manners().frame;
+    manners().lateSize = chosen.size;
+    EXPECT_EQ(snap(left), (Rect{{0, 25}, chosen.size}));
+    EXPECT_EQ(manners().requests, 1) << "its edges are where they belong";
+    EXPECT_EQ(snap(right), (Rect{{940, 25}, chosen.size}));
+    EXPECT_EQ(manners().requests, 3);
+    EXPECT_EQ(workspace.beeps, 0);
+    manners().lateSize = Size{600, 400}; // and again after the correction
+    manners().minimum = {700, 0};
+    EXPECT_EQ(snap(bottom), (Rect{{0, 525}, {600, 400}}));
+    manners().minimum = {};
+    manners().lateSize.reset();
+    snapper.restore();
+    EXPECT_EQ(settle(), chosen);
+}
+
+TEST_F(WindowSnapperTest, aWindowThatFilledTheScreenDoesSoAgainWhenItIsRestored) {
+    screens.screens.push_back({8, u"Right"_s, {{1440, 0}, {800, 925}}, {{1440, 0}, {800, 925}}, 1});
+    const WindowFill whole{.horizontally = true, .vertically = true};
+    for (const WindowFill& fill :
+         {whole, WindowFill{.vertically = true}, WindowFill{.fullScreen = true}}) {
+        window = windows.open({{0, 25}, {1440, 900}});
+        manners().fill = fill;
+        snap(right);
+        EXPECT_FALSE(manners().fill.isAny());
+        snap(bottom);
+        snapper.restore();
+        settle();
+        EXPECT_EQ(manners().fill, fill);
+    }
+    EXPECT_EQ(manners().frame, (Rect{{0, 475}, {1440, 450}})) << "for when it no longer does";
+    snapper.moveToNextDisplay();
+    settle();
+    snapper.restore();
+    EXPECT_EQ(settle(), (Rect{{0, 475}, {1440, 450}})) << "on the screen where it was";
+    EXPECT_TRUE(manners().fill.fullScreen);
+
+    snap(maximize);
+    manners().fill = whole; // the user did that
+    snap(left);
+    snapper.restore();
+    settle();
+    EXPECT_EQ(manners().fill, whole);
+    EXPECT_EQ(workspace.beeps, 0);
+}
+
 TEST_F(WindowSnapperTest, restoringBringsBackTheFrameThatTheUserChose) {
     EXPECT_FALSE(snapper.restore());
     const Rect chosen = manners().frame;

@@ -68,6 +68,14 @@ void FakeApplication::setOwnShadow(int width) {
     xcb_flush(m_client.connection());
 }
 
+void FakeApplication::resize(const QSize& size) {
+    const std::array values{static_cast<uint32_t>(size.width()),
+                            static_cast<uint32_t>(size.height())};
+    xcb_configure_window(m_client.connection(), m_shown,
+                         XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
+    xcb_flush(m_client.connection());
+}
+
 void FakeApplication::setType(const QByteArray& type) {
     m_client.setProperty(m_shown, m_client.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
                          m_client.atomList({type}), 32);

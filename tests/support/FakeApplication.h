@@ -30,6 +30,7 @@ public:
     QRect visibleFrame() const;
 
     void setOwnShadow(int width);
+    void resize(const QSize& size);
     void setType(const QByteArray& type);
 
     /// Has the window manager grant one or two states, as a button of the window would.

@@ -5,6 +5,8 @@
 namespace quillet {
 namespace {
 
+constexpr Scheduler::Duration changeOfMind{20};
+
 double allowed(double wanted, double minimum, double step) {
     return std::max(std::floor(wanted / step) * step, minimum);
 }
@@ -21,6 +23,7 @@ void MemoryFocusedWindow::setSize(Identity window, const Size& size) {
     if (found == m_windows.end() || !found->second.obeys)
         return;
     Window& w = found->second;
+    w.fill = {};
     w.frame.size = {allowed(size.width, w.minimum.width, w.step.width),
                     allowed(size.height, w.minimum.height, w.step.height)};
     if (!w.room.isEmpty())
@@ -32,8 +35,21 @@ void MemoryFocusedWindow::setTopLeft(Identity window, const Point& corner) {
     if (found == m_windows.end())
         return;
     ++found->second.requests;
-    if (found->second.obeys)
-        found->second.frame.origin = corner;
+    if (!found->second.obeys)
+        return;
+    found->second.fill = {};
+    found->second.frame.origin = corner;
+}
+
+WindowFill MemoryFocusedWindow::fill(Identity window) const {
+    const auto found = m_windows.find(window);
+    return found != m_windows.end() ? found->second.fill : WindowFill{};
+}
+
+void MemoryFocusedWindow::setFill(Identity window, const WindowFill& fill) {
+    const auto found = m_windows.find(window);
+    if (found != m_windows.end() && found->second.obeys)
+        found->second.fill = fill;
 }
 
 void MemoryFocusedWindow::whenSettled(Identity window, Settled settled) {
@@ -54,8 +70,18 @@ void MemoryFocusedWindow::close(Identity window) {
 }
 
 void MemoryFocusedWindow::report(Identity window) {
-    const Settled settled = std::move(m_waiting.extract(window).mapped().first);
+    Settled settled = std::move(m_waiting.extract(window).mapped().first);
     settled(topLeftFrame(window));
+    const auto found = m_windows.find(window);
+    if (found == m_windows.end() || !found->second.lateSize || m_waiting.contains(window) ||
+        found->second.frame.size == *found->second.lateSize)
+        return;
+    const auto changeItsMind = [this, window] {
+        if (const auto open = m_windows.find(window); open != m_windows.end())
+            open->second.frame.size = *open->second.lateSize;
+        report(window);
+    };
+    m_waiting[window] = {std::move(settled), m_scheduler.after(changeOfMind, changeItsMind)};
 }
 
 } // namespace quillet

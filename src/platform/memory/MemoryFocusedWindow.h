@@ -16,9 +16,11 @@ public:
         Rect frame;
         Size minimum{};
         Size step{1, 1}; ///< sizes are whole multiples of it, as in terminals
-        Rect room{};     ///< not empty: its far edges stop the window from growing beyond them
+        WindowFill fill{};
+        Rect room{}; ///< not empty: its far edges stop the window from growing beyond them
         bool obeys = true;
-        int requests = 0; ///< how often it was asked to move
+        std::optional<Size> lateSize{}; ///< the program takes it a moment after every move
+        int requests = 0;               ///< how often it was asked to move
     };
 
     explicit MemoryFocusedWindow(Scheduler& scheduler) : m_scheduler(scheduler) {}
@@ -26,7 +28,9 @@ public:
     std::optional<Identity> identity() const override { return m_focused; }
     std::optional<Rect> topLeftFrame(Identity window) const override;
     void setSize(Identity window, const Size& size) override;
+    WindowFill fill(Identity window) const override;
     void setTopLeft(Identity window, const Point& corner) override;
+    void setFill(Identity window, const WindowFill& fill) override;
     void whenSettled(Identity window, Settled settled) override;
 
     /// Opens a window, which gets the focus.

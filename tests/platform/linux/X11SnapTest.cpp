@@ -86,15 +86,18 @@ protected:
         EXPECT_TRUE(snapper.snap(position));
     }
 
-    /// Whether the visible frame becomes this one, but for a pixel, and stays so.
+    /// Whether the visible frame is this one, but for a pixel.
+    static bool isAt(const FakeApplication& application, const QRect& wanted) {
+        const QRect frame = application.visibleFrame();
+        const auto off = [](int a, int b) { return std::abs(a - b) > 1; };
+        return !off(frame.left(), wanted.left()) && !off(frame.top(), wanted.top()) &&
+               !off(frame.right(), wanted.right()) && !off(frame.bottom(), wanted.bottom());
+    }
+
+    /// Whether it becomes that one and stays so.
     static testing::AssertionResult comesTo(const FakeApplication& application,
                                             const QRect& wanted) {
-        const auto isThere = [&] {
-            const QRect frame = application.visibleFrame();
-            const auto off = [](int a, int b) { return std::abs(a - b) > 1; };
-            return !off(frame.left(), wanted.left()) && !off(frame.top(), wanted.top()) &&
-                   !off(frame.right(), wanted.right()) && !off(frame.bottom(), wanted.bottom());
-        };
+        const auto isThere = [&] { return isAt(application, wanted); };
         if (spinUntil(isThere, 2s)) {
             spinFor(60ms);
             if (isThere())
@@ -179,10 +182,17 @@ TEST_F(X11SnapTest, aWindowLeavesItsMaximisedOrFullScreenStateFirst) {
                            Row{{vertical}, Position::maximize, everything}}) {
         FakeApplication application = open();
         application.addStates(row.states);
+        const QRect before = application.visibleFrame();
         snap(row.position);
         EXPECT_TRUE(comesTo(application, row.place));
         for (const QByteArray& state : row.states)
             EXPECT_FALSE(application.hasState(state));
+        EXPECT_TRUE(snapper.restore());
+        EXPECT_TRUE(spinUntil([&] {
+            return std::ranges::all_of(
+                row.states, [&](const QByteArray& state) { return application.hasState(state); });
+        }));
+        EXPECT_TRUE(comesTo(application, before));
     }
     EXPECT_EQ(workspace.beeps, 0);
 }
@@ -223,6 +233,31 @@ TEST_F(X11SnapTest, aWindowWithASizeOfItsOwnKeepsTheEdgesOfItsPosition) {
             spinFor(100ms);
         }
     }
+    EXPECT_EQ(workspace.beeps, 0);
+}
+
+TEST_F(X11SnapTest, aProgramThatUndoesASizeALittleLaterKeepsTheEdgesOfItsPosition) {
+    // Time goes so slowly that no answer is late.
+    X11FocusedWindow slow{*connection, screens, noTime};
+    WindowSnapper patient{{permissions, slow, screens, workspace}, [] { FAIL(); }};
+    FakeApplication application = open();
+    spinFor(50ms); // the window manager may place it after making it active
+    const QRect before = application.visibleFrame();
+    int polls = 0;
+    const auto comesSlowlyTo = [&](const QRect& wanted) {
+        return spinUntil([&] {
+            noTime.advance(++polls % 4 == 0 ? 1ms : 0ms);
+            return isAt(application, wanted);
+        });
+    };
+    patient.snap(Position::right);
+    EXPECT_TRUE(comesSlowlyTo(rightHalf));
+    application.resize({320, 200});
+    EXPECT_TRUE(comesSlowlyTo({QPoint(1920 - before.width(), 0), before.size()}));
+    patient.snap(Position::bottom);
+    EXPECT_TRUE(comesSlowlyTo({0, 540, 1920, 540}));
+    patient.restore();
+    EXPECT_TRUE(comesSlowlyTo(before));
     EXPECT_EQ(workspace.beeps, 0);
 }
 

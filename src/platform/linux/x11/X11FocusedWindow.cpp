@@ -44,12 +44,20 @@ std::optional<Rect> X11FocusedWindow::topLeftFrame(Identity window) const {
     return flipped(geometry.rectOf(frame->visible()), geometry);
 }
 
+WindowFill X11FocusedWindow::fill(Identity window) const {
+    return fillOf(m_connection, windowOf(window));
+}
+
 void X11FocusedWindow::setSize(Identity window, const Size& size) {
     wishes(window).size = size;
 }
 
 void X11FocusedWindow::setTopLeft(Identity window, const Point& corner) {
     wishes(window).corner = corner;
+}
+
+void X11FocusedWindow::setFill(Identity window, const WindowFill& fill) {
+    wishes(window).fill = fill;
 }
 
 void X11FocusedWindow::whenSettled(Identity window, Settled settled) {
@@ -87,26 +95,34 @@ void X11FocusedWindow::carryOut(xcb_window_t window) {
     wishes.turn.reset();
     const auto size = std::exchange(wishes.size, {});
     const auto corner = std::exchange(wishes.corner, {});
+    const auto fill = std::exchange(wishes.fill, {});
     const auto frame = topLeftFrame(window);
-    if (frame && (size || corner)) {
+    if (frame && (size || corner || fill)) {
         const ScreenGeometry geometry = m_screens.geometry();
         const Rect wanted{corner.value_or(frame->origin), size.value_or(frame->size)};
         wishes.move.reset(); // it stops listening before the next one begins to
         wishes.move = std::make_unique<X11WindowMove>(
             m_connection, m_scheduler, window, geometry.pixelsOf(flipped(wanted, geometry)),
-            [this, window] { report(window); }, [this, window] { forget(window); });
+            fill.value_or(WindowFill{}), [this, window] { report(window); },
+            [this, window] { forget(window); });
     } else if (!frame || !wishes.move || wishes.move->hasSettled()) {
         report(window);
     }
 }
 
 void X11FocusedWindow::report(xcb_window_t window) {
-    const Settled settled = std::exchange(m_wishes[window].settled, {});
+    if (m_wishes[window].turn)
+        return; // what was asked meanwhile gets an answer of its own
+    Settled settled = std::exchange(m_wishes[window].settled, {});
     const auto frame = topLeftFrame(window);
     if (!frame || !m_wishes[window].move)
         forget(window);
-    if (settled)
-        settled(frame);
+    if (!settled)
+        return;
+    settled(frame);
+    const auto known = m_wishes.find(window);
+    if (known != m_wishes.end() && !known->second.settled)
+        known->second.settled = std::move(settled);
 }
 
 /// Unless something new was asked meanwhile.

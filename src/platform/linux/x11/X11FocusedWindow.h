@@ -17,7 +17,9 @@ public:
     std::optional<Identity> identity() const override;
     std::optional<Rect> topLeftFrame(Identity window) const override;
     void setSize(Identity window, const Size& size) override;
+    WindowFill fill(Identity window) const override;
     void setTopLeft(Identity window, const Point& corner) override;
+    void setFill(Identity window, const WindowFill& fill) override;
     void whenSettled(Identity window, Settled settled) override;
 
 private:
@@ -25,6 +27,7 @@ private:
     struct Wishes {
         std::optional<Size> size;
         std::optional<Point> corner;
+        std::optional<WindowFill> fill;
         Settled settled;
         std::unique_ptr<Timer> turn;
         std::unique_ptr<X11WindowMove> move;

@@ -55,4 +55,13 @@ PixelRect X11WindowFrame::requestFor(const PixelRect& wanted) const {
     return {wanted.x - shadow.left, wanted.y - shadow.top, std::max(width, 1), std::max(height, 1)};
 }
 
+WindowFill fillOf(const X11Connection& connection, xcb_window_t window) {
+    const auto states = connection.values(window, connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM);
+    const auto has = [&](const char* state) {
+        return std::ranges::find(states, connection.atom(state)) != states.end();
+    };
+    return {has("_NET_WM_STATE_MAXIMIZED_HORZ"), has("_NET_WM_STATE_MAXIMIZED_VERT"),
+            has("_NET_WM_STATE_FULLSCREEN")};
+}
+
 } // namespace quillet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FocusedWindow.h"
 #include "platform/linux/x11/ScreenGeometry.h"
 #include "platform/linux/x11/X11Connection.h"
 
@@ -38,5 +39,8 @@ struct X11WindowFrame {
         return decoration == other.decoration && shadow == other.shadow;
     }
 };
+
+/// Its maximised and full-screen states (_NET_WM_STATE).
+WindowFill fillOf(const X11Connection& connection, xcb_window_t window);
 
 } // namespace quillet

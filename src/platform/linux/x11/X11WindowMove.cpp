@@ -1,28 +1,31 @@
 #include "platform/linux/x11/X11WindowMove.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace quillet {
 namespace {
 
-constexpr Scheduler::Duration leavingDeadline{300};
+constexpr Scheduler::Duration stateDeadline{300};
 constexpr Scheduler::Duration answerDeadline{400}; // a window manager that refuses may say nothing
 constexpr Scheduler::Duration quiet{50};           // after the last word of an answer
-constexpr Scheduler::Duration lateMargins{300};
+constexpr Scheduler::Duration lateChanges{300};
 
 constexpr uint32_t byTheUser = 2; // the source of a request, as pagers give it
 constexpr uint32_t removeState = 0;
+constexpr uint32_t addState = 1;
 constexpr uint32_t outerCorner = 1; // the gravity that counts from the corner of the decoration
 constexpr uint32_t allFour = 0xf;   // x, y, width and height are given
 
 } // namespace
 
 X11WindowMove::X11WindowMove(X11Connection& connection, Scheduler& scheduler, xcb_window_t window,
-                             const PixelRect& visible, Report settled, Report ended)
+                             const PixelRect& visible, const WindowFill& fill, Report settled,
+                             Report ended)
     : m_connection(connection),
       m_scheduler(scheduler),
       m_window(window),
       m_wanted(visible),
+      m_fill(fill),
       m_settled(std::move(settled)),
       m_ended(std::move(ended)),
       m_listening(connection.listen([this](const xcb_generic_event_t& event) { handle(event); })) {
@@ -32,9 +35,11 @@ X11WindowMove::X11WindowMove(X11Connection& connection, Scheduler& scheduler, xc
     const uint32_t events =
         m_eventsBefore | XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection.xcb(), window, XCB_CW_EVENT_MASK, &events);
-    m_deadline = leaveFillingStates()
-                     ? m_scheduler.after(leavingDeadline, [this] { ask(); })
-                     : m_scheduler.after(Scheduler::Duration(0), [this] { ask(); });
+    const bool isFilling = fillOf(connection, window).isAny();
+    if (isFilling)
+        changeFill(removeState, {true, true, true});
+    m_deadline =
+        m_scheduler.after(isFilling ? stateDeadline : Scheduler::Duration(0), [this] { ask(); });
 }
 
 X11WindowMove::~X11WindowMove() {
@@ -42,28 +47,19 @@ X11WindowMove::~X11WindowMove() {
     m_connection.flush();
 }
 
-/// Whether there was a state to leave.
-bool X11WindowMove::leaveFillingStates() {
-    if (!isFilling())
-        return false;
+/// Both axes in one request, so that the window takes one step.
+void X11WindowMove::changeFill(uint32_t change, const WindowFill& states) {
     const xcb_atom_t state = m_connection.atom("_NET_WM_STATE");
-    m_connection.askWindowManager(
-        m_window, state,
-        {removeState, m_connection.atom("_NET_WM_STATE_FULLSCREEN"), 0, byTheUser});
-    m_connection.askWindowManager(m_window, state,
-                                  {removeState, m_connection.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
-                                   m_connection.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), byTheUser});
-    return true;
-}
-
-bool X11WindowMove::isFilling() const {
-    const auto states =
-        m_connection.values(m_window, m_connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM);
-    return std::any_of(states.begin(), states.end(), [this](xcb_atom_t state) {
-        return state == m_connection.atom("_NET_WM_STATE_MAXIMIZED_VERT") ||
-               state == m_connection.atom("_NET_WM_STATE_MAXIMIZED_HORZ") ||
-               state == m_connection.atom("_NET_WM_STATE_FULLSCREEN");
-    });
+    const xcb_atom_t vertical = m_connection.atom("_NET_WM_STATE_MAXIMIZED_VERT");
+    const xcb_atom_t horizontal = m_connection.atom("_NET_WM_STATE_MAXIMIZED_HORZ");
+    if (states.fullScreen)
+        m_connection.askWindowManager(
+            m_window, state, {change, m_connection.atom("_NET_WM_STATE_FULLSCREEN"), 0, byTheUser});
+    if (states.vertically)
+        m_connection.askWindowManager(
+            m_window, state, {change, vertical, states.horizontally ? horizontal : 0, byTheUser});
+    else if (states.horizontally)
+        m_connection.askWindowManager(m_window, state, {change, horizontal, 0, byTheUser});
 }
 
 void X11WindowMove::handle(const xcb_generic_event_t& event) {
@@ -72,9 +68,11 @@ void X11WindowMove::handle(const xcb_generic_event_t& event) {
         const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (property.window != m_window)
             return;
-        if (m_phase == Phase::leaving) {
-            if (property.atom == m_connection.atom("_NET_WM_STATE") && !isFilling())
+        if (property.atom == m_connection.atom("_NET_WM_STATE")) {
+            if (m_phase == Phase::leaving && !fillOf(m_connection, m_window).isAny())
                 ask();
+            else if (m_phase == Phase::filling && fillOf(m_connection, m_window) == m_fill)
+                settle();
         } else if (property.atom == m_connection.atom("_NET_FRAME_EXTENTS") ||
                    property.atom == m_connection.atom("_GTK_FRAME_EXTENTS")) {
             lookAtAnswer();
@@ -82,8 +80,7 @@ void X11WindowMove::handle(const xcb_generic_event_t& event) {
         return;
     }
     case XCB_CONFIGURE_NOTIFY:
-        if (reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == m_window &&
-            m_phase == Phase::asked)
+        if (reinterpret_cast<const xcb_configure_notify_event_t&>(event).window == m_window)
             lookAtAnswer();
         return;
     case XCB_DESTROY_NOTIFY:
@@ -95,10 +92,12 @@ void X11WindowMove::handle(const xcb_generic_event_t& event) {
 
 void X11WindowMove::ask() {
     const auto frame = X11WindowFrame::read(m_connection, m_window);
-    if (!frame || frame->visible() == m_wanted || m_asksLeft == 0)
+    if (!frame)
         return settle();
-    --m_asksLeft;
     m_atAsking = *frame;
+    if (frame->visible() == m_wanted || m_asksLeft == 0)
+        return arrive();
+    --m_asksLeft;
     if (m_phase == Phase::leaving)
         m_phase = Phase::asked;
     const PixelRect request = frame->requestFor(m_wanted);
@@ -118,28 +117,53 @@ void X11WindowMove::ask() {
         m_connection.flush();
     }
     if (m_phase == Phase::asked)
-        m_deadline = m_scheduler.after(answerDeadline, [this] { settle(); });
+        m_deadline = m_scheduler.after(answerDeadline, [this] { arrive(); });
 }
 
 void X11WindowMove::lookAtAnswer() {
+    const bool isUnderWay = m_phase == Phase::asked;
+    if (!isUnderWay && (m_phase != Phase::watching || m_fill.isAny()))
+        return;
     const auto frame = X11WindowFrame::read(m_connection, m_window);
     if (!frame)
         return settle();
     if (!frame->hasSameMargins(m_atAsking))
         return ask();
+    if (!isUnderWay)
+        m_late = m_scheduler.after(quiet, [this] { settleAgain(); });
+    else if (frame->visible() == m_wanted)
+        arrive();
+    else
+        m_deadline = m_scheduler.after(quiet, [this] { arrive(); });
+}
+
+/// In its place, or where it was left; the window manager makes the rest of it.
+void X11WindowMove::arrive() {
     if (m_phase == Phase::watching)
         return;
-    if (frame->visible() == m_wanted)
+    if (!m_fill.isAny())
         return settle();
-    m_deadline = m_scheduler.after(quiet, [this] { settle(); });
+    m_phase = Phase::filling;
+    changeFill(addState, m_fill);
+    m_deadline = m_scheduler.after(stateDeadline, [this] { settle(); });
 }
 
 void X11WindowMove::settle() {
     if (m_phase == Phase::watching)
         return;
     m_phase = Phase::watching;
-    m_deadline = m_scheduler.after(lateMargins, m_ended);
+    m_deadline = m_scheduler.after(lateChanges, m_ended);
+    m_atSettling = X11WindowFrame::read(m_connection, m_window);
     const Report settled = m_settled; // it may destroy this move
+    settled();
+}
+
+void X11WindowMove::settleAgain() {
+    const auto frame = X11WindowFrame::read(m_connection, m_window);
+    if (!frame || !m_atSettling || frame->visible() == m_atSettling->visible())
+        return;
+    m_atSettling.reset(); // once is enough
+    const Report settled = m_settled;
     settled();
 }
 
