@@ -20,16 +20,6 @@ protected:
     const Shortcut mine{40, 0x1800, u"K"_s};
 };
 
-TEST_F(HotKeyCenterTest, aFirstLaunchHasTheFactoryShortcutsAndRegistersNone) {
-    QStringList listed;
-    for (const HotKeyActionRow& row : hotKeyActions())
-        listed << QString::number(static_cast<int>(row.action)) + u' ' +
-                      center->shortcut(row.action).display();
-    EXPECT_EQ(listed.join(u", "_s), u"1 ⇧⌘V, 2 ⇧⌘2, 3 ⇧⌘1, 4 ⇧⌘6, 5 ⇧⌘7, 10 ⌃⌥←, 11 ⌃⌥→, 12 ⌃⌥↑, "
-                                    u"13 ⌃⌥↓, 14 ⌃⌥↩, 15 ⌃⌥C"_s);
-    EXPECT_THAT(keys.registered(), IsEmpty());
-}
-
 TEST_F(HotKeyCenterTest, aChosenShortcutWorksAtOnceAndAfterARelaunch) {
     handle(pickColor);
     int changes = 0;

@@ -5,6 +5,7 @@
 #include "platform/memory/MemoryScheduler.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "settings/ui/SetupWindow.h"
+#include "support/FakeApplication.h"
 
 #include <gmock/gmock.h>
 
@@ -30,15 +31,15 @@ protected:
     MemoryCommands commands{clock};
     HotKeyCenter center{preferences, hotKeys, scheduler};
     Permissions permissions{{access, workspace, commands, clock}, {u"/usr/bin/quillet"_s, [] {}}};
-    SetupWindow setup{{{theme, scheduler, panels}, permissions, center, preferences}};
+    SetupWindow setup{{{theme, scheduler, panels}, permissions, center, preferences, screens}};
 };
 
 TEST_F(SetupWindowDesktopTest, itComesBeforeWhateverIsActiveAndReturnEndsIt) {
-    const KeyLog editor(*connection);
+    const KeyLog editor;
     setup.show();
     EXPECT_TRUE(isActive());
     EXPECT_EQ(setup.window()->size(), QSize(560, 640));
-    const KeyLog browser(*connection);
+    const KeyLog browser;
     EXPECT_TRUE(spinUntil([&] { return !setup.window()->isActiveWindow(); }));
     setup.show();
     EXPECT_TRUE(isActive());
@@ -63,7 +64,7 @@ TEST_F(SetupWindowDesktopTest, itComesFromTheTaskbarAndFromAnotherWorkspaceToWhe
     EXPECT_FALSE(setup.window()->isMinimized());
 
     run(u"xdotool set_num_desktops 2 set_desktop 1"_s);
-    const KeyLog browser(*connection);
+    const KeyLog browser;
     ASSERT_TRUE(spinUntil([&] { return !setup.window()->isActiveWindow(); }));
     setup.show();
     EXPECT_TRUE(isActive());
@@ -72,6 +73,24 @@ TEST_F(SetupWindowDesktopTest, itComesFromTheTaskbarAndFromAnotherWorkspaceToWhe
     EXPECT_THAT(current, testing::ElementsAre(1u)) << "the user stays where they are";
     EXPECT_EQ(position(), place);
     run(u"xdotool set_desktop 0"_s);
+}
+
+TEST_F(SetupWindowDesktopTest, itStandsWithItsFrameInTheMiddleOfWhatItsMonitorHasFree) {
+    run(u"xrandr --setmonitor Left 960/250x1080/280+0+0 screen"_s);
+    run(u"xrandr --setmonitor Right 960/250x1080/280+960+0 none"_s);
+    run(u"xdotool mousemove 1400 500"_s);
+    {
+        FakeApplication dock(qgetenv("DISPLAY"), "Dock");
+        dock.reserve({0, 0, 0, 300, 0, 0, 0, 0, 0, 0, 960, 1919}); // below, on the right
+        setup.show();
+        EXPECT_TRUE(spinUntil([&] {
+            const QPoint off = setup.window()->frameGeometry().center() - QPoint(1440, 390);
+            return off.manhattanLength() <= 1;
+        }));
+        EXPECT_EQ(setup.window()->height(), 640);
+    }
+    run(u"xrandr --delmonitor Right"_s);
+    run(u"xrandr --delmonitor Left"_s);
 }
 
 TEST_F(SetupWindowDesktopTest, aFreePlaceMovesItAndAClickThereDoesNot) {

@@ -4,6 +4,7 @@
 #include "platform/memory/MemoryAccess.h"
 #include "platform/memory/MemoryCommands.h"
 #include "platform/memory/MemoryPanels.h"
+#include "platform/memory/MemoryScreens.h"
 #include "platform/memory/MemoryWorkspace.h"
 #include "settings/ui/PermissionCard.h"
 #include "settings/ui/SetupView.h"
@@ -11,9 +12,7 @@
 #include <gmock/gmock.h>
 #include <QAccessible>
 #include <QApplication>
-#include <QCursor>
 #include <QKeyEvent>
-#include <QScreen>
 
 namespace quillet {
 
@@ -23,15 +22,16 @@ using Kind = Permissions::Kind;
 
 class SetupWindowTest : public testing::Test {
 protected:
-    SetupWindowTest() { QCursor::setPos(QGuiApplication::screens().front()->geometry().center()); }
-
     /// The guide as shown with the program's file at `path`.
     void show(const QString& path = u"/usr/bin/quillet"_s) {
         commands.results[u"/bin/sh"_s] = {0, {}};
         permissions.emplace(Permissions::Services{access, workspace, commands, scheduler},
                             Permissions::Program{path, [this] { ++terminations; }});
-        setup.emplace(SetupWindow::Services{
-            {theme, scheduler, panels}, *permissions, *hotKeys.center, hotKeys.preferences});
+        setup.emplace(SetupWindow::Services{{theme, scheduler, panels},
+                                            *permissions,
+                                            *hotKeys.center,
+                                            hotKeys.preferences,
+                                            screens});
         setup->show();
     }
 
@@ -65,6 +65,7 @@ protected:
     HotKeyWorld hotKeys;
     MemoryScheduler& scheduler = hotKeys.scheduler;
     MemoryPanels panels;
+    MemoryScreens screens;
     MemoryAccess access;
     MemoryWorkspace workspace;
     MemoryCommands commands{scheduler};
@@ -83,15 +84,22 @@ TEST_F(SetupWindowTest, returnEndsItForGoodAndTheCloseBoxDoesNot) {
     EXPECT_FALSE(setup->window()->isVisible());
 }
 
-TEST_F(SetupWindowTest, aGrantShowsByItselfWhileTheGuideIsShown) {
+TEST_F(SetupWindowTest, itsCardsAskForWhatIsMissingAndShowAGrantByThemselves) {
     access.granted.clear();
     show();
     EXPECT_EQ(buttons(), QStringList({u"Continue"_s, u"Continue"_s, u"Show Quillet in Finder"_s,
                                       u"Finish Later"_s}));
-    access.granted = {Kind::accessibility};
+    click(u"Continue"_s);
+    EXPECT_EQ(access.requested, std::vector{Kind::screenRecording});
+    click(u"Show Quillet in Finder"_s);
+    EXPECT_EQ(workspace.revealed, QStringList{u"/usr/bin/quillet"_s});
+    click(u"Restart Quillet"_s); // offered once it was asked for
+    EXPECT_EQ(terminations, 1);
+    access.granted = {Kind::screenRecording};
     scheduler.advance(1100ms);
-    EXPECT_EQ(buttons(), QStringList({u"Continue"_s, u"Finish Later"_s}));
-    access.granted.insert(Kind::screenRecording);
+    EXPECT_EQ(buttons(),
+              QStringList({u"Continue"_s, u"Show Quillet in Finder"_s, u"Finish Later"_s}));
+    access.granted.insert(Kind::accessibility);
     permissions->stopPolling(); // as another view does that is closed
     QEvent activated(QEvent::WindowActivate);
     QApplication::sendEvent(setup->window(), &activated);
@@ -104,18 +112,6 @@ TEST_F(SetupWindowTest, aGrantShowsByItselfWhileTheGuideIsShown) {
     EXPECT_TRUE(permissions->accessibility()) << "nobody looks, nothing is polled";
     setup->show();
     EXPECT_FALSE(permissions->accessibility());
-}
-
-TEST_F(SetupWindowTest, theButtonsOfACardDoWhatTheySay) {
-    access.granted.clear();
-    show();
-    click(u"Continue"_s);
-    EXPECT_EQ(access.requested, std::vector{Kind::screenRecording});
-    EXPECT_TRUE(buttons().contains(u"Restart Quillet"_s)) << "offered once it was asked for";
-    click(u"Show Quillet in Finder"_s);
-    EXPECT_EQ(workspace.revealed, QStringList{u"/usr/bin/quillet"_s});
-    click(u"Restart Quillet"_s);
-    EXPECT_EQ(terminations, 1);
 }
 
 TEST_F(SetupWindowTest, shortcutsAreThoseInForceAndAssistiveProgramsLearnOfAll) {
@@ -134,15 +130,18 @@ TEST_F(SetupWindowTest, shortcutsAreThoseInForceAndAssistiveProgramsLearnOfAll) 
 }
 
 TEST_F(SetupWindowTest, onALowScreenItIsLowerAndEveryButtonCanBeReached) {
-    const QRect screen = QGuiApplication::screens().back()->geometry();
-    QCursor::setPos(screen.center());
+    screens.screens.push_back({2, u"Low"_s, {{1440, 0}, {1024, 540}}, {{1500, 30}, {964, 510}}, 2});
+    screens.pointer = {1600, 100};
+    const QRect usable(1500, 900 - 540, 964, 510);
     const auto isInSight = [&](const QWidget* widget) {
         return setup->window()->rect().contains(
             QRect(widget->mapTo(setup->window(), QPoint()), widget->size()));
     };
     show();
-    EXPECT_TRUE(screen.contains(setup->window()->geometry()));
-    EXPECT_LT(setup->window()->height(), screen.height() - 20) << "room for the title bar";
+    const QRect window = setup->window()->geometry();
+    EXPECT_TRUE(usable.contains(window));
+    EXPECT_LT(window.height(), usable.height() - 20) << "room for the title bar";
+    EXPECT_NEAR(window.center().x(), usable.center().x(), 1);
     EXPECT_TRUE(isInSight(setup->window()->focusWidget()));
 
     access.granted.clear();

@@ -16,7 +16,6 @@ protected:
     static bool keysArrive(KeyLog& editor) {
         editor.forget();
         run(u"xdotool key a"_s);
-        spinUntil([&] { return editor.keys().size() == 2; }, 300ms);
         return !editor.keys().isEmpty();
     }
 
@@ -27,7 +26,7 @@ protected:
 };
 
 TEST_F(KeyboardLockDesktopTest, theKeyboardIsDeadUntilTheButtonIsClicked) {
-    KeyLog editor(*connection);
+    KeyLog editor;
     int ends = 0;
     lock.onEnd = [&] { ++ends; };
     ASSERT_TRUE(lock.start(45));
@@ -49,7 +48,7 @@ TEST_F(KeyboardLockDesktopTest, DISABLED_lockForGood) {
 }
 
 TEST_F(KeyboardLockDesktopTest, aQuilletThatIsKilledLeavesNobodyWithoutAKeyboard) {
-    KeyLog editor(*connection);
+    KeyLog editor;
     EXPECT_TRUE(keysArrive(editor));
     QProcess locking;
     locking.start(QCoreApplication::applicationFilePath(),

@@ -1,13 +1,6 @@
 #include "switches/SwitchCenter.h"
 
-#include "platform/memory/MemoryAccess.h"
-#include "platform/memory/MemoryCommands.h"
-#include "platform/memory/MemoryDesktopSettings.h"
-#include "platform/memory/MemoryKeyboardGrab.h"
-#include "platform/memory/MemoryPower.h"
-#include "platform/memory/MemoryPreferences.h"
-#include "platform/memory/MemoryScheduler.h"
-#include "platform/memory/MemoryWorkspace.h"
+#include "platform/memory/MemoryPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +10,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Pair;
 using Duration = SwitchCenter::AwakeDuration;
 using Key = DesktopSettings::FileManagerKey;
 using Type = Power::AssertionType;
@@ -31,16 +23,16 @@ protected:
             done = std::move(onDone);
             return KeyboardLock::HUD(std::make_shared<char>());
         };
-        switches.emplace(
-            SwitchCenter::Services{power, desktop, preferences, scheduler, permissions, keyboard},
-            showHUD, [this] { ++guides; });
+        switches.emplace(SwitchCenter::Services{power, desktop, memory.preferences, scheduler,
+                                                permissions, keyboard},
+                         showHUD, [this] { ++guides; });
     }
 
     std::optional<QDateTime> inSeconds(int seconds) const {
         return scheduler.now().addSecs(seconds);
     }
 
-    bool isIndefinite() const { return preferences.value(SwitchCenter::indefiniteKey()); }
+    bool isIndefinite() const { return memory.preferences.value(SwitchCenter::indefiniteKey()); }
 
     void expectOff() const {
         EXPECT_FALSE(switches->keepAwake());
@@ -49,26 +41,20 @@ protected:
         EXPECT_THAT(power.held(), IsEmpty());
     }
 
-    MemoryScheduler scheduler;
-    MemoryPreferences preferences;
-    MemoryCommands commands{scheduler};
-    MemoryWorkspace workspace;
-    MemoryAccess access;
-    MemoryPower power;
-    MemoryDesktopSettings desktop;
-    MemoryKeyboardGrab keyboard;
-    Permissions permissions{{access, workspace, commands, scheduler}, {u"/usr/bin/quillet"_s, {}}};
+    Platform platform = makeMemoryPlatform();
+    MemoryFakes memory{platform};
+    MemoryScheduler& scheduler = memory.scheduler;
+    MemoryPower& power = memory.power;
+    MemoryDesktopSettings& desktop = memory.desktop;
+    MemoryKeyboardGrab& keyboard = memory.keyboard;
+    Permissions permissions{{memory.access, memory.workspace, memory.commands, scheduler}, {}};
     std::function<void()> done;
     int guides = 0;
     std::optional<SwitchCenter> switches;
 };
 
-namespace {
-
 const MemoryPower::Taken displayAwake{Type::preventUserIdleDisplaySleep, u"Quillet Keep Awake"_s};
 const MemoryPower::Taken systemAwake{Type::preventUserIdleSystemSleep, u"Quillet Keep Awake"_s};
-
-} // namespace
 
 TEST_F(SwitchCenterTest, everyDurationKeepsAwakeForItsLengthAndNotASecondLonger) {
     const std::pair<Duration, int> lengths[] = {{Duration::minutes30, 1800},
@@ -164,21 +150,6 @@ TEST_F(SwitchCenterTest, fileManagersSettingsAreReadInEveryWayTheyAreWritten) {
     }
 }
 
-TEST_F(SwitchCenterTest, fileManagersSwitchesShowAtOnceAndAreWrittenWhereTheDesktopHasThem) {
-    switches->setDesktopIconsHidden(true);
-    switches->setHiddenFilesShown(true);
-    EXPECT_TRUE(switches->desktopIconsHidden() && switches->hiddenFilesShown());
-    EXPECT_THAT(desktop.written,
-                ElementsAre(Pair(Key::createDesktop, false), Pair(Key::showAllFiles, true)));
-
-    desktop.missing = {Key::createDesktop, Key::showAllFiles};
-    EXPECT_NE(switches->whyNoDesktopIcons(), QString());
-    switches->setDesktopIconsHidden(false);
-    switches->setHiddenFilesShown(false);
-    EXPECT_TRUE(switches->desktopIconsHidden() && switches->hiddenFilesShown());
-    EXPECT_EQ(desktop.written.size(), 2u);
-}
-
 TEST_F(SwitchCenterTest, darkModeFollowsTheDesktopWhoeverChangesIt) {
     int changes = 0;
     QObject::connect(&*switches, &SwitchCenter::darkModeChanged, [&] { ++changes; });
@@ -194,12 +165,12 @@ TEST_F(SwitchCenterTest, darkModeFollowsTheDesktopWhoeverChangesIt) {
 }
 
 TEST_F(SwitchCenterTest, theKeyboardIsLockedForCleaningWhereThatIsAllowed) {
-    access.granted.clear();
+    memory.access.granted.clear();
     switches->lockKeyboardForCleaning();
     EXPECT_EQ(guides, 1);
     EXPECT_FALSE(keyboard.isHeld() || switches->keyboardLocked());
 
-    access.granted.insert(Access::Kind::accessibility);
+    memory.access.granted.insert(Access::Kind::accessibility);
     switches->lockKeyboardForCleaning();
     EXPECT_TRUE(keyboard.isHeld() && switches->keyboardLocked());
     scheduler.advance(44s);
