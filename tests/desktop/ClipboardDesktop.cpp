@@ -34,15 +34,6 @@ std::vector<std::string> ClipboardDesktop::historyOnceNewestIs(const std::string
     return history;
 }
 
-QJsonObject ClipboardDesktop::newestOnceItIs(const QString& kind) {
-    QJsonObject newest;
-    eventually([&] {
-        newest = quillet.clips().first().toObject();
-        return newest["kind"_L1].toString() == kind;
-    });
-    return newest;
-}
-
 void ClipboardDesktop::copyBack(int position, const QStringList& options) {
     const auto result =
         quillet.verb(QStringList{u"clip"_s, u"copy"_s, QString::number(position)} + options);

@@ -40,9 +40,6 @@ protected:
     historyOnceNewestIs(const std::string& text,
                         std::chrono::milliseconds deadline = std::chrono::seconds(5));
 
-    /// Waits for the history to begin with a clip of the kind; its fields.
-    QJsonObject newestOnceItIs(const QString& kind);
-
     /// Puts a clip back on the clipboard.
     void copyBack(int position, const QStringList& options = {});
 

@@ -10,11 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
-using testing::AllOf;
 using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
-using testing::StartsWith;
 using enum Offer::Manner;
 using enum Offer::Ending;
 
@@ -48,8 +44,6 @@ TEST_F(FaultsDesktop, aBadOwnerCostsNothingButItsOwnCopy) {
         {"dies", text({.bytes = digits, .manner = incremental, .chunks = 2, .ending = dies})},
         {"trickles", text({.bytes = digits, .manner = incremental, .chunk = 10, .pause = 5ms})},
         {"offers nonsense as TIFF", {.target = "image/tiff", .bytes = "II*"}},
-        {"cuts a TIFF off",
-         {.target = "image/tiff", .bytes = tiffOf(sampleScreenshot({40, 30})).left(1000)}},
     };
     for (const auto& [behaviour, offer] : cases) {
         SCOPED_TRACE(behaviour);
@@ -94,41 +88,22 @@ TEST_F(FaultsDesktop, aGigabyteOfTextIsRefusedWithoutBeingHeld) {
     EXPECT_LT(quillet.processFigure(u"status"_s, "VmHWM:") - before, 100 * 1024);
 }
 
-TEST_F(FaultsDesktop, oddTextsAreKeptWholeAndInvalidOnesReadable) {
-    const std::vector<QByteArray> exact{QByteArray("nul\0inside", 10), QByteArray(1'000'000, 'l'),
-                                        "\xef\xbb\xbfwith a mark", "a\r\nb\rc\n"};
-    for (const QByteArray& bytes : exact) {
+TEST_F(FaultsDesktop, oddContentsAreServedAsTheyCame) {
+    const QByteArray png = pngOf(sampleScreenshot({64, 64}));
+    const Offer offers[]{text({.bytes = QByteArray("nul\0inside", 10)}),
+                         text({.bytes = QByteArray(1'000'000, 'l')}),
+                         text({.bytes = "\xef\xbb\xbfwith a mark\r\nb\rc\n"}),
+                         {.target = "image/png", .bytes = png.chopped(png.size() / 2)}};
+    for (const Offer& offer : offers) {
         FakeOwner owner(display());
         const auto before = quillet.clips().size();
-        owner.own({text({.bytes = bytes})});
+        owner.own({offer});
         ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
-        EXPECT_TRUE(quillet.content(1) == bytes) << bytes.left(20).constData();
+        EXPECT_TRUE(quillet.content(1) == offer.bytes) << offer.bytes.left(20).constData();
         copyBack(1);
-        EXPECT_TRUE(FakeRequestor(display()).read("UTF8_STRING") == bytes);
+        EXPECT_TRUE(FakeRequestor(display()).read(offer.target) == offer.bytes);
     }
-    for (const QByteArray bytes : {"start \xff\xfe end", "start \xed\xa0\x80 end"}) {
-        FakeOwner owner(display());
-        owner.own({text({.bytes = bytes})});
-        const auto isNewest = [&] { return quillet.texts().front().ends_with(" end"); };
-        ASSERT_TRUE(eventually(isNewest));
-        EXPECT_THAT(quillet.content(1).toStdString(),
-                    AllOf(StartsWith("start "), HasSubstr("\xef\xbf\xbd"), EndsWith(" end")));
-        quillet.verb({u"clip"_s, u"delete"_s, u"1"_s});
-    }
-}
-
-TEST_F(FaultsDesktop, aPngThatIsNoneIsPutBackAsItCame) {
-    const QByteArray whole = pngOf(sampleScreenshot({64, 64}));
-    for (const QByteArray& bytes : {whole.left(whole.size() / 2), QByteArray("no picture")}) {
-        FakeOwner owner(display());
-        const auto before = quillet.clips().size();
-        owner.own({{.target = "image/png", .bytes = bytes}});
-        ASSERT_TRUE(eventually([&] { return quillet.clips().size() > before; }));
-        copyBack(1);
-        FakeRequestor requestor(display());
-        EXPECT_TRUE(requestor.read("image/png") == bytes);
-        EXPECT_FALSE(requestor.read("image/tiff"));
-    }
+    EXPECT_FALSE(FakeRequestor(display()).read("image/tiff"));
 }
 
 TEST_F(FaultsDesktop, readingAndServingALargePictureNeverHoldsUpTheProgram) {
@@ -162,10 +137,8 @@ TEST_F(FaultsDesktop, aStartDuringALongEndRunsAfterIt) {
     ASSERT_TRUE(quillet.start());
     copyBack(1);
     ASSERT_EQ(kill(static_cast<pid_t>(quillet.pid()), SIGTERM), 0);
-    const auto isRequest = [](const xcb_generic_event_t& event) {
-        return (event.response_type & 0x7f) == XCB_SELECTION_REQUEST;
-    };
-    ASSERT_TRUE(manager.wait(isRequest, 5s));
+    ASSERT_TRUE(manager.wait(
+        [](const auto& event) { return eventType(event) == XCB_SELECTION_REQUEST; }, 5s));
 
     const auto next = session().start(QStringLiteral(QUILLET_PROGRAM), {});
     EXPECT_TRUE(eventually([this] { return !quillet.isRunning(); }));

@@ -7,10 +7,8 @@ namespace quillet {
 namespace {
 
 using namespace Qt::StringLiterals;
-using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Not;
 using Content = std::optional<QByteArray>;
 
@@ -33,45 +31,39 @@ struct ServingDesktop : ClipboardDesktop {
     std::vector<QByteArray> targets() { return FakeRequestor(display()).targets(); }
 };
 
-QByteArray utf16(const QString& text) {
-    return {reinterpret_cast<const char*>(text.utf16()), 2 * text.size()};
+QImage pixels(const QByteArray& bytes) {
+    return QImage::fromData(bytes).convertToFormat(QImage::Format_RGB32);
 }
 
 TEST_F(ServingDesktop, aClipPutBackIsServedUnderEveryNameProgramsKnow) {
     const QByteArray link = "https://example.org/a?b=c";
     const QByteArray files = "file:///tmp/a%20b%23.txt\r\nfile:///tmp/%E4%B8%96.png\r\n";
-    const QByteArray paths = "/tmp/a b#.txt\n/tmp/世.png";
     const QByteArray png = pngOf(sampleScreenshot({640, 480}));
     struct Case {
         QString target;
         QByteArray copied;
         std::vector<std::pair<QByteArray, QByteArray>> served;
-        std::vector<std::pair<QByteArray, QByteArray>> servedPlain;
+        std::pair<QByteArray, QByteArray> servedPlain;
         QByteArray notServedPlain;
     };
-    const std::vector<std::pair<QByteArray, QByteArray>> text{
-        {"UTF8_STRING", "grüße\n"},
-        {"text/plain;charset=utf-8", "grüße\n"},
-        {"STRING", "gr\xfc\xdf"
-                   "e\n"}};
-    const std::vector<Case> cases{
-        {u"UTF8_STRING"_s, "grüße\n", text, text, "text/html"},
-        {u"UTF8_STRING"_s, "#a0b1c2", {{"UTF8_STRING", "#a0b1c2"}}, {{"STRING", "#a0b1c2"}}, ""},
+    const Case cases[]{
         {u"UTF8_STRING"_s,
-         link,
-         {{"UTF8_STRING", link}},
-         {{"UTF8_STRING", link}},
-         "text/x-moz-url"},
+         "grüße\n",
+         {{"UTF8_STRING", "grüße\n"},
+          {"text/plain;charset=utf-8", "grüße\n"},
+          {"STRING", "gr\xfc\xdf\x65\n"}},
+         {"UTF8_STRING", "grüße\n"},
+         "text/html"},
+        {u"UTF8_STRING"_s, link, {{"UTF8_STRING", link}}, {"STRING", link}, "text/x-moz-url"},
         {u"text/uri-list"_s,
          files,
          {{"text/uri-list", files},
           {"x-special/gnome-copied-files",
            "copy\nfile:///tmp/a%20b%23.txt\nfile:///tmp/%E4%B8%96.png"},
-          {"application/x-kde-cutselection", "0"},
-          {"UTF8_STRING", paths}},
-         {{"UTF8_STRING", paths}},
+          {"application/x-kde-cutselection", "0"}},
+         {"UTF8_STRING", "/tmp/a b#.txt\n/tmp/世.png"},
          "text/uri-list"},
-        {u"image/png"_s, png, {{"image/png", png}}, {{"image/png", png}}, "UTF8_STRING"},
+        {u"image/png"_s, png, {{"image/png", png}}, {"image/png", png}, "UTF8_STRING"},
     };
     FakeOwner other(display());
     for (const Case& each : cases) {
@@ -84,31 +76,19 @@ TEST_F(ServingDesktop, aClipPutBackIsServedUnderEveryNameProgramsKnow) {
         for (const auto& [target, bytes] : each.served)
             EXPECT_TRUE(paste(target) == bytes) << target.constData();
         copyBack(1, {u"--plain"_s});
-        for (const auto& [target, bytes] : each.servedPlain)
-            EXPECT_TRUE(paste(target) == bytes) << target.constData();
+        EXPECT_TRUE(paste(each.servedPlain.first) == each.servedPlain.second);
         EXPECT_THAT(targets(), Not(Contains(each.notServedPlain)));
     }
 }
 
-TEST_F(ServingDesktop, aLinkIsAlsoServedAsAUrlAndAnImageAlsoAsTiff) {
-    record("https://example.org/a", u"UTF8_STRING"_s);
-    copyBack(1);
-    EXPECT_TRUE(paste("text/x-moz-url").value_or("").startsWith(utf16(u"https://example.org/a"_s)));
-
-    const QImage picture = sampleScreenshot({160, 90});
-    record(pngOf(picture), u"image/png"_s);
-    copyBack(1);
-    const QByteArray tiff = paste("image/tiff").value_or("");
-    quillet.verb({u"clip"_s, u"clear"_s});
-    record(tiff, u"image/tiff"_s);
-    EXPECT_EQ(QImage::fromData(quillet.content(1)).convertToFormat(QImage::Format_RGB32), picture);
-}
-
 TEST_F(ServingDesktop, requestsAreAnsweredByTheLetter) {
+    const QByteArray png = pngOf(sampleScreenshot({160, 90}));
     record("text", u"UTF8_STRING"_s);
+    record(png, u"image/png"_s);
     copyBack(1);
-    EXPECT_THAT(targets(), AllOf(Contains("TARGETS"), Contains("TIMESTAMP"), Contains("MULTIPLE"),
-                                 Contains("UTF8_STRING"), Not(Contains("image/png"))));
+    EXPECT_EQ(pixels(paste("image/tiff").value_or("")), pixels(png));
+    copyBack(2);
+    EXPECT_THAT(targets(), testing::IsSupersetOf({"TARGETS", "TIMESTAMP", "MULTIPLE"}));
     FakeRequestor requestor(display());
     EXPECT_EQ(requestor.read("TIMESTAMP").value_or("").size(), 4);
     EXPECT_FALSE(requestor.read("image/png"));
@@ -119,12 +99,8 @@ TEST_F(ServingDesktop, requestsAreAnsweredByTheLetter) {
 TEST_F(ServingDesktop, aQtProgramUnderstandsUsAndWeIt) {
     const QString client = QStringLiteral(QUILLET_DESKTOP_CLIENT);
     const QByteArray png = pngOf(sampleScreenshot({300, 200}));
-    const auto pixels = [](const QByteArray& bytes) {
-        return QImage::fromData(bytes).convertToFormat(QImage::Format_RGB32);
-    };
-    for (const auto& [what, content] : {std::pair{u"text"_s, QByteArray("grüße\nworld")},
-                                        {u"files"_s, QByteArray("/tmp/a b#.txt\n/tmp/世.png")},
-                                        {u"image"_s, png}}) {
+    for (const auto& [what, content] :
+         {std::pair{u"text"_s, QByteArray("grüße\nworld")}, {u"image"_s, png}}) {
         SCOPED_TRACE(what.toStdString());
         const auto before = quillet.clips().size();
         const auto owner = session().start(client, {u"set"_s, what});
@@ -135,10 +111,7 @@ TEST_F(ServingDesktop, aQtProgramUnderstandsUsAndWeIt) {
 
         copyBack(1);
         const QByteArray got = session().run(client, {u"get"_s, what}).output;
-        if (what == u"image"_s)
-            EXPECT_EQ(pixels(got), pixels(png));
-        else
-            EXPECT_EQ(got, content);
+        EXPECT_TRUE(what == u"image"_s ? pixels(got) == pixels(png) : got == content);
     }
 }
 
@@ -156,31 +129,11 @@ TEST_F(ServingDesktop, whatAVanishedProgramCopiedCanStillBePasted) {
     }
 }
 
-TEST_F(ServingDesktop, theClipboardIsNotTakenFromALivingOwnerNorForAnotherContent) {
+TEST_F(ServingDesktop, theClipboardIsNotTakenFromALivingOwnerNorFromACopyUnderWay) {
     auto first = std::make_unique<FakeOwner>(display());
     first->own(textOffers("first"));
     historyOnceNewestIs("first");
     EXPECT_TRUE(first->ownsClipboard());
-    FakeOwner second(display());
-    second.own(textOffers("second"));
-    first.reset();
-    historyOnceNewestIs("second");
-    EXPECT_TRUE(second.ownsClipboard());
-
-    auto vault = std::make_unique<FakeOwner>(display());
-    auto secret = textOffers("hunter2");
-    secret.push_back({.target = "x-kde-passwordManagerHint", .bytes = "secret"});
-    vault->own(secret);
-    letItBeNoticed();
-    vault.reset();
-    letItBeNoticed();
-    EXPECT_THAT(targets(), IsEmpty());
-}
-
-TEST_F(ServingDesktop, aCopyUnderWayWhenAnOwnerDiesIsNotLost) {
-    auto first = std::make_unique<FakeOwner>(display());
-    first->own(textOffers("first"));
-    historyOnceNewestIs("first");
     // A program copies as of the key press, however long it takes to come round to it.
     FakeOwner second(display());
     const xcb_timestamp_t keyPress = second.now();
@@ -192,30 +145,24 @@ TEST_F(ServingDesktop, aCopyUnderWayWhenAnOwnerDiesIsNotLost) {
 }
 
 TEST_F(ServingDesktop, aProgramThatQuitsHandsItsContentOver) {
-    const QByteArray html = "<b>bold</b>";
-    for (const std::vector<QByteArray>& list :
-         {std::vector<QByteArray>{"UTF8_STRING", "text/html"}, std::vector<QByteArray>{}}) {
+    const QByteArray html = QByteArray("<b>bold</b>").repeated(100'000);
+    auto offers = textOffers("bold");
+    offers.push_back({.target = "text/html", .bytes = html, .manner = Offer::Manner::incremental});
+    for (const auto& list : {std::vector<QByteArray>{"UTF8_STRING", "text/html"}, {}}) {
         FakeOwner editor(display());
-        auto offers = textOffers("bold");
-        offers.push_back({.target = "text/html",
-                          .bytes = html.repeated(100'000),
-                          .manner = Offer::Manner::incremental});
         editor.own(offers);
         EXPECT_TRUE(editor.handOver(list));
         editor.die();
         ASSERT_TRUE(eventually([&] { return paste("UTF8_STRING") == "bold"; }));
-        EXPECT_TRUE(paste("text/html") == html.repeated(100'000));
+        EXPECT_TRUE(paste("text/html") == html);
     }
-    EXPECT_THAT(historyAfterMarker(), testing::Each("bold"));
+    EXPECT_THAT(historyAfterMarker(), ElementsAre("bold"));
 
     FakeOwner vault(display());
-    auto secret = textOffers("hunter2");
-    secret.push_back({.target = "x-kde-passwordManagerHint", .bytes = "secret"});
-    vault.own(secret);
+    offers.push_back({.target = "x-kde-passwordManagerHint", .bytes = "secret"});
+    vault.own(offers);
     EXPECT_FALSE(vault.handOver({"UTF8_STRING"}));
     EXPECT_EQ(vault.requests("UTF8_STRING"), 0);
-    vault.die();
-    EXPECT_FALSE(paste("UTF8_STRING"));
 }
 
 TEST_F(ServingDesktop, oneReaderThatDiesOrSleepsDoesNotDisturbTheOthers) {

@@ -1,55 +1,21 @@
 // A Qt program as the other side of the clipboard:
-//   client set text|image|files   the content from standard input; owns it until it is ended
-//   client get text|image|files   the content to standard output; an image as PNG
-//   client edit                   a text editor; its state as a line of JSON at every change
+//   client set text|image   the content from standard input; owns it until it is ended
+//   client get text|image   the content to standard output; an image as PNG
+//   client edit             a text editor; its state as a line of JSON at every change
 #include <cstdio>
 #include <QApplication>
-#include <QBuffer>
 #include <QClipboard>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMimeData>
 #include <QPlainTextEdit>
-#include <QUrl>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void set(QClipboard& clipboard, const QString& what, const QByteArray& content) {
-    if (what == u"text"_s)
-        clipboard.setText(QString::fromUtf8(content));
-    if (what == u"image"_s)
-        clipboard.setImage(QImage::fromData(content));
-    if (what == u"files"_s) {
-        QList<QUrl> urls;
-        for (const QByteArray& path : content.split('\n'))
-            urls << QUrl::fromLocalFile(QString::fromUtf8(path));
-        auto* data = new QMimeData;
-        data->setUrls(urls);
-        clipboard.setMimeData(data);
-    }
-}
-
-QByteArray contentOf(const QClipboard& clipboard, const QString& what) {
-    if (what == u"text"_s)
-        return clipboard.text().toUtf8();
-    if (what == u"image"_s) {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        clipboard.image().save(&buffer, "PNG");
-        return png;
-    }
-    QByteArrayList paths;
-    for (const QUrl& url : clipboard.mimeData()->urls())
-        paths << url.toLocalFile().toUtf8();
-    return paths.join('\n');
-}
 
 int edit(int argc, char** argv) {
     const QApplication application(argc, argv);
@@ -71,21 +37,28 @@ int edit(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 2 && QByteArrayView(argv[1]) == "edit")
+    const QByteArrayList words(argv + 1, argv + argc);
+    if (words == QByteArrayList{"edit"})
         return edit(argc, argv);
-    QGuiApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() != 3)
+    if (words.size() != 2)
         return 2;
+    const QGuiApplication application(argc, argv);
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    const bool isImage = words[1] == "image";
     QFile standard;
-    if (arguments[1] == u"set"_s) {
-        if (!standard.open(stdin, QIODevice::ReadOnly))
-            return 1;
-        set(*QGuiApplication::clipboard(), arguments[2], standard.readAll());
-        return application.exec();
+    if (words[0] == "set") {
+        standard.open(stdin, QIODevice::ReadOnly);
+        const QByteArray content = standard.readAll();
+        if (isImage)
+            clipboard.setImage(QImage::fromData(content));
+        else
+            clipboard.setText(QString::fromUtf8(content));
+        return QGuiApplication::exec();
     }
-    if (!standard.open(stdout, QIODevice::WriteOnly))
-        return 1;
-    standard.write(contentOf(*QGuiApplication::clipboard(), arguments[2]));
+    standard.open(stdout, QIODevice::WriteOnly);
+    if (isImage)
+        clipboard.image().save(&standard, "PNG");
+    else
+        standard.write(clipboard.text().toUtf8());
     return 0;
 }

@@ -103,9 +103,10 @@ RunResult DesktopSession::run(const QString& program, const QStringList& argumen
             process->readAllStandardError()};
 }
 
-ProcessHandle DesktopSession::copy(const QByteArray& bytes, const QString& target) {
+ProcessHandle DesktopSession::copy(const QByteArray& bytes, const QString& target,
+                                   const QString& selection) {
     ProcessHandle owner =
-        start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, u"clipboard"_s, u"-i"_s, u"-t"_s, target});
+        start(u"xclip"_s, {u"-quiet"_s, u"-selection"_s, selection, u"-i"_s, u"-t"_s, target});
     owner->write(bytes);
     owner->closeWriteChannel();
     while (owner->bytesToWrite() > 0 && owner->waitForBytesWritten(startDeadline)) {

@@ -51,7 +51,8 @@ public:
                   const QByteArray& input = {}, const QStringList& environment = {});
 
     /// Copies with xclip, which then owns the clipboard, as the program that one copies from.
-    ProcessHandle copy(const QByteArray& bytes, const QString& target);
+    ProcessHandle copy(const QByteArray& bytes, const QString& target,
+                       const QString& selection = QStringLiteral("clipboard"));
 
 private:
     void startServer(const QSize& screen);

@@ -39,10 +39,6 @@ xcb_timestamp_t FakeOwner::now() {
     return time;
 }
 
-void FakeOwner::takeBack(int times) {
-    perform([this, times] { m_timesToTakeBack = times; });
-}
-
 int FakeOwner::requests(const QByteArray& target) const {
     const std::lock_guard lock(m_mutex);
     const auto found = m_requests.find(target);
@@ -132,12 +128,6 @@ void FakeOwner::handle(const xcb_generic_event_t& event) {
     switch (eventType(event)) {
     case XCB_SELECTION_REQUEST:
         answer(eventAs<xcb_selection_request_event_t>(event));
-        break;
-    case XCB_SELECTION_CLEAR:
-        if (m_timesToTakeBack > 0) {
-            --m_timesToTakeBack;
-            takeClipboard(XCB_CURRENT_TIME);
-        }
         break;
     case XCB_SELECTION_NOTIFY:
         if (m_handOver != nullptr) {

@@ -40,9 +40,6 @@ public:
     void own(std::vector<Offer> offers, xcb_timestamp_t since = XCB_CURRENT_TIME);
     xcb_timestamp_t now();
 
-    /// From now on takes the clipboard back whenever it loses it, at most this many times.
-    void takeBack(int times);
-
     /// How often `target` was asked for. Without an argument: anything but the list of targets.
     int requests(const QByteArray& target) const;
     int payloadRequests() const;
@@ -87,7 +84,6 @@ private:
     std::vector<Offer> m_offers;
     std::vector<Transfer> m_transfers;
     xcb_timestamp_t m_ownedSince = XCB_CURRENT_TIME;
-    int m_timesToTakeBack = 0;
     std::promise<bool>* m_handOver = nullptr;
 };
 

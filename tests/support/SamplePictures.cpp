@@ -1,6 +1,5 @@
 #include "support/SamplePictures.h"
 
-#include <array>
 #include <QBuffer>
 #include <QRandomGenerator>
 #include <QtEndian>
@@ -23,12 +22,6 @@ QByteArray randomBytes(qsizetype count, quint32 seed) {
 QByteArray bigEndian(quint32 value) {
     const quint32 swapped = qToBigEndian(value);
     return {reinterpret_cast<const char*>(&swapped), sizeof swapped};
-}
-
-template<typename Number>
-void appendLittleEndian(QByteArray& bytes, Number value) {
-    const Number swapped = qToLittleEndian(value);
-    bytes.append(reinterpret_cast<const char*>(&swapped), sizeof swapped);
 }
 
 } // namespace
@@ -73,47 +66,6 @@ QByteArray pngOfSize(qsizetype bytes, quint32 seed) {
     png.insert(headerEnd, bigEndian(static_cast<quint32>(padding)) + named +
                               bigEndian(static_cast<quint32>(sum)));
     return png;
-}
-
-QByteArray tiffOf(const QImage& image) {
-    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
-    const auto width = static_cast<quint32>(rgb.width());
-    const auto height = static_cast<quint32>(rgb.height());
-    QByteArray pixels;
-    for (int y = 0; y < rgb.height(); ++y)
-        pixels.append(reinterpret_cast<const char*>(rgb.constScanLine(y)), 3 * rgb.width());
-
-    struct Entry {
-        quint16 tag, type;
-        quint32 count, value;
-    };
-    constexpr quint16 shortType = 3, longType = 4;
-    constexpr quint32 directory = 8, entries = 10;
-    constexpr quint32 bitsPerSample = directory + 2 + entries * 12 + 4;
-    constexpr quint32 strip = bitsPerSample + 6;
-    const std::array<Entry, entries> table{{{256, longType, 1, width},
-                                            {257, longType, 1, height},
-                                            {258, shortType, 3, bitsPerSample},
-                                            {259, shortType, 1, 1},
-                                            {262, shortType, 1, 2},
-                                            {273, longType, 1, strip},
-                                            {277, shortType, 1, 3},
-                                            {278, longType, 1, height},
-                                            {279, longType, 1, 3 * width * height},
-                                            {284, shortType, 1, 1}}};
-    QByteArray bytes("II*\0", 4);
-    appendLittleEndian(bytes, directory);
-    appendLittleEndian(bytes, static_cast<quint16>(entries));
-    for (const Entry& entry : table) {
-        appendLittleEndian(bytes, entry.tag);
-        appendLittleEndian(bytes, entry.type);
-        appendLittleEndian(bytes, entry.count);
-        appendLittleEndian(bytes, entry.value);
-    }
-    appendLittleEndian(bytes, quint32{0});
-    for (int sample = 0; sample < 3; ++sample)
-        appendLittleEndian(bytes, quint16{8});
-    return bytes + pixels;
 }
 
 } // namespace quillet

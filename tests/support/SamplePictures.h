@@ -14,7 +14,4 @@ QByteArray pngOf(const QImage& image);
 /// A valid PNG of exactly `bytes` bytes, at least 200; another one for every `seed`.
 QByteArray pngOfSize(qsizetype bytes, quint32 seed = 0);
 
-/// Uncompressed TIFF, one strip of RGB.
-QByteArray tiffOf(const QImage& image);
-
 } // namespace quillet
