@@ -17,10 +17,6 @@ struct MonitorLayout {
     std::vector<Monitor> monitors;
 };
 
-void PrintTo(const MonitorLayout& layout, std::ostream* out) {
-    *out << layout.name;
-}
-
 /// Desktops of several monitors on one large screen, with a panel below the lowest of them.
 class MonitorsDesktop : public ShelfDesktop, public testing::WithParamInterface<MonitorLayout> {
 protected:
@@ -85,10 +81,10 @@ protected:
         const bool isThere = eventually([&] {
             card = QRectF(windowNamed("Quillet Shelf").value_or(QRect()))
                        .adjusted(margin, margin, -margin, -margin);
-            return std::abs(card.left() - wanted.left()) <= scale &&
-                   std::abs(card.top() - wanted.top()) <= scale &&
-                   std::abs(card.right() - wanted.right()) <= scale &&
-                   std::abs(card.bottom() - wanted.bottom()) <= scale;
+            const QPointF offset = card.topLeft() - wanted.topLeft();
+            const QPointF end = card.bottomRight() - wanted.bottomRight();
+            return std::max({std::abs(offset.x()), std::abs(offset.y()), std::abs(end.x()),
+                             std::abs(end.y())}) <= scale;
         });
         if (isThere)
             return testing::AssertionSuccess();
@@ -110,23 +106,15 @@ private:
         }
         const QRect at = monitors()[m_lowest].pixels;
         const auto bottom = static_cast<uint32_t>(root.height() - at.bottom() - 1 + panelHeight);
-        const uint32_t strut[12] = {0,
-                                    0,
-                                    0,
-                                    bottom,
-                                    0,
-                                    0,
-                                    0,
-                                    0,
-                                    0,
-                                    0,
-                                    static_cast<uint32_t>(at.left()),
-                                    static_cast<uint32_t>(at.right())};
+        std::array<uint32_t, 12> strut{};
+        strut[3] = bottom;
+        strut[10] = static_cast<uint32_t>(at.left());
+        strut[11] = static_cast<uint32_t>(at.right());
         m_panel.setProperty(m_panel.window(), m_panel.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
                             m_panel.atomList({"_NET_WM_WINDOW_TYPE_DOCK"}), 32);
         m_panel.setProperty(m_panel.window(), m_panel.atom("_NET_WM_STRUT_PARTIAL"),
-                            XCB_ATOM_CARDINAL, {reinterpret_cast<const char*>(strut), sizeof strut},
-                            32);
+                            XCB_ATOM_CARDINAL,
+                            {reinterpret_cast<const char*>(strut.data()), sizeof strut}, 32);
         xcb_map_window(m_panel.connection(), m_panel.window());
         const auto isManaged = [this] {
             const auto clients =
