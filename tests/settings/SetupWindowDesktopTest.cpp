@@ -43,11 +43,6 @@ TEST_F(SetupWindowDesktopTest, itComesBeforeWhateverIsActiveAndReturnEndsIt) {
     EXPECT_TRUE(spinUntil([&] { return !setup.window()->isActiveWindow(); }));
     setup.show();
     EXPECT_TRUE(isActive());
-    run(u"xdotool key alt+F4"_s);
-    EXPECT_TRUE(spinUntil([&] { return !setup.window()->isVisible(); }));
-    EXPECT_FALSE(isOnboard()) << "the close box leaves it for the next launch";
-    setup.show();
-    EXPECT_TRUE(isActive());
     run(u"xdotool key Return"_s);
     EXPECT_TRUE(spinUntil([&] { return !setup.window()->isVisible(); }));
     EXPECT_TRUE(isOnboard());
@@ -85,7 +80,7 @@ TEST_F(SetupWindowDesktopTest, itStandsWithItsFrameInTheMiddleOfWhatItsMonitorHa
         setup.show();
         EXPECT_TRUE(spinUntil([&] {
             const QPoint off = setup.window()->frameGeometry().center() - QPoint(1440, 390);
-            return off.manhattanLength() <= 1;
+            return off.manhattanLength() <= 2;
         }));
         EXPECT_EQ(setup.window()->height(), 640);
     }
