@@ -140,21 +140,30 @@ std::optional<DesktopEntries::Entry> DesktopEntries::byWindowClass(const QString
 }
 
 void DesktopEntries::refresh() {
-    QList<QDateTime> times;
-    for (const QString& folder : m_folders)
-        times.append(QFileInfo(folder).lastModified());
-    if (times == m_scanned)
+    const bool isCurrent =
+        m_scanned && std::ranges::all_of(*m_scanned, [](const ScannedFolder& folder) {
+            return QFileInfo(folder.path).lastModified() == folder.changed;
+        });
+    if (isCurrent)
         return;
-    m_scanned = times;
     m_found.clear();
     scan();
 }
 
 void DesktopEntries::scan() {
     m_entries.clear();
+    m_scanned.emplace();
+    const auto remember = [this](const QString& folder) {
+        m_scanned->append({folder, QFileInfo(folder).lastModified()});
+    };
     QStringList seen; // an id found in an earlier folder hides later ones
     for (const QString& folder : m_folders) {
-        QDirIterator files(folder, {u"*.desktop"_s}, QDir::Files, QDirIterator::Subdirectories);
+        remember(folder);
+        constexpr auto everywhere = QDirIterator::Subdirectories | QDirIterator::FollowSymlinks;
+        QDirIterator subfolders(folder, QDir::Dirs | QDir::NoDotAndDotDot, everywhere);
+        while (subfolders.hasNext())
+            remember(subfolders.next());
+        QDirIterator files(folder, {u"*.desktop"_s}, QDir::Files, everywhere);
         while (files.hasNext()) {
             const QString path = files.next();
             QString id = QDir(folder).relativeFilePath(path).replace(u'/', u'-');

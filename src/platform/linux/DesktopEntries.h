@@ -10,7 +10,7 @@ namespace quillet {
 
 /// The installed applications as their desktop files tell it (desktop entry files below the
 /// "applications" folders of the data folders; one in a sub-folder "a/b.desktop" has the id "a-b").
-/// What a look-up found is kept until one of the folders changes.
+/// What a look-up found is kept until a folder or sub-folder changes.
 class DesktopEntries {
 public:
     struct Entry {
@@ -37,11 +37,16 @@ public:
     std::optional<Entry> byWindowClass(const QString& className, const QString& instance);
 
 private:
+    struct ScannedFolder {
+        QString path;
+        QDateTime changed; ///< when it was read
+    };
+
     void refresh();
     void scan();
 
     QStringList m_folders;
-    QList<QDateTime> m_scanned; ///< the folders' times when they were read
+    std::optional<QList<ScannedFolder>> m_scanned; ///< with all folders below
     QList<Entry> m_entries;
     QHash<QString, std::optional<Entry>> m_found; ///< by class and instance
 };

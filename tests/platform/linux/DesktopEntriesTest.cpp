@@ -1,5 +1,6 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <QDir>
 #include <QFile>
@@ -49,10 +50,15 @@ TEST_F(DesktopEntriesTest, aWindowsApplicationIsFoundByEachOfItsMarks) {
 
 TEST_F(DesktopEntriesTest, anEarlierFolderHidesALaterOneAndNewFilesAreNoticed) {
     install(u"system/a.desktop"_s, "Name=Theirs\n");
+    install(u"system/vendor/a.desktop"_s, "Name=Vendor's\n");
+    std::filesystem::last_write_time(m_folder.filePath(u"system/vendor"_s).toStdString(), {});
     EXPECT_EQ(m_entries.byId(u"a"_s)->name, u"Theirs");
     EXPECT_FALSE(m_entries.byWindowClass(u"late"_s, {}));
     install(u"user/a.desktop"_s, "Name=Mine\n");
     install(u"user/late.desktop"_s, "Name=Late\n");
+    EXPECT_EQ(m_entries.byId(u"vendor-a"_s)->name, u"Vendor's");
+    install(u"system/vendor/late.desktop"_s, "Name=Vendor's late\n");
+    EXPECT_TRUE(m_entries.byId(u"vendor-late"_s));
     EXPECT_EQ(m_entries.byId(u"a"_s)->name, u"Mine");
     EXPECT_EQ(m_entries.byWindowClass(u"late"_s, {})->name, u"Late");
     install(u"user/gone.desktop"_s, "Name=Gone\nHidden=true\n");
