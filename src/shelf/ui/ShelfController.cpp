@@ -54,15 +54,25 @@ void ShelfController::show() {
     if (!screen)
         return;
     m_target = targetOn(*screen);
-    const auto place = [this](double progress) {
-        const double below = slide * (1 - progress);
-        m_panel->setFrame({{m_target.minX(), m_target.minY() - below}, m_target.size});
-        m_panel->setAlpha(progress);
-    };
     place(0);
     m_panel->makeKeyAndOrderFront();
-    m_animation.start(Motion::easeOut(showDuration), place);
+    m_animation.start(Motion::easeOut(showDuration), [this](double progress) { place(progress); });
     installKeyMonitor();
+}
+
+/// Puts the panel where it is at that progress of sliding up.
+void ShelfController::place(double progress) {
+    const double below = slide * (1 - progress);
+    m_panel->setFrame({{m_target.minX(), m_target.minY() - below}, m_target.size});
+    m_panel->setAlpha(progress);
+}
+
+/// Leaves the panel where it slides up from, so that it need not be moved there first.
+void ShelfController::putAway() {
+    m_animation.stop();
+    m_panel->orderOut();
+    place(0);
+    m_model.release();
 }
 
 /// Stays on its screen as long as there is one.
@@ -87,10 +97,7 @@ void ShelfController::hide() {
     m_animation.start(
         Motion::easeOut(hideDuration),
         [this, start](double progress) { m_panel->setAlpha(start * (1 - progress)); },
-        [this] {
-            m_panel->orderOut();
-            m_model.release();
-        });
+        [this] { putAway(); });
 }
 
 void ShelfController::installKeyMonitor() {
@@ -181,9 +188,7 @@ void ShelfController::paste(const std::shared_ptr<ClipItem>& item, bool plainTex
     Sounds& sounds = m_services.view.sounds;
     const bool isCopied = m_services.view.store.copyToPasteboard(item, plainText);
     removeKeyMonitor();
-    m_animation.stop();
-    m_panel->orderOut();
-    m_model.release();
+    putAway();
     if (!isCopied) {
         m_services.toast.show(tr("Clipboard is in use — try again"),
                               u"exclamationmark.triangle.fill"_s);

@@ -44,6 +44,8 @@ public:
     ShelfPanel& window() { return m_window; }
 
 private:
+    void place(double progress);
+    void putAway();
     void followScreens();
     void installKeyMonitor();
     void removeKeyMonitor();

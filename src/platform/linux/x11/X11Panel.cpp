@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <QApplication>
+#include <QBackingStore>
 #include <QBitmap>
 #include <QLoggingCategory>
 #include <QPainter>
@@ -87,6 +88,9 @@ void X11Panel::setFrame(const Rect& frame) {
         m_panels.m_screens.lastGeometry().topLeft(frame.inset(-m_style.margin, -m_style.margin))));
     if (m_content.size() != before)
         applyShape();
+    // A hidden widget would move its window when it shows, and the toolkit then ask about it.
+    if (!m_content.isVisible())
+        m_content.windowHandle()->setGeometry(m_content.geometry());
 }
 
 /// On a screen of another scale the same points are other pixels. The toolkit overlooks that where
@@ -122,7 +126,18 @@ void X11Panel::makeKeyAndOrderFront() {
 
 void X11Panel::orderOut() {
     giveKeyboardBack();
+    if (!m_content.isVisible())
+        return;
     m_content.hide();
+    awaitPixels();
+}
+
+/// Before it paints, the toolkit waits until the server has read what was painted last. Better now
+/// than when the panel is to show, which paints all of it anyway.
+void X11Panel::awaitPixels() {
+    QBackingStore* pixels = m_content.backingStore();
+    pixels->beginPaint(m_content.rect());
+    pixels->endPaint();
 }
 
 bool X11Panel::isVisible() const {

@@ -38,6 +38,7 @@ private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     void tellFrameExtents();
     void takePixels();
+    void awaitPixels();
     void applyShape();
     void takeKeyboard(int attemptsLeft);
     bool hasFocus() const;
