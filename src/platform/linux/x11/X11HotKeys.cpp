@@ -175,6 +175,11 @@ void X11HotKeys::handle(const xcb_generic_event_t& event) {
         xcb_ungrab_keyboard(m_connection.xcb(), key.time);
         m_connection.flush();
         pressed(key);
+    } else if (type == XCB_KEY_RELEASE) {
+        // A key that repeated has brought the grab back, and no raw event tells of its release.
+        const auto& key = reinterpret_cast<const xcb_key_release_event_t&>(event);
+        if (m_keyDown == key.detail)
+            m_releasedAt = key.time;
     }
     const bool isKeymapChange = type == XCB_MAPPING_NOTIFY ||
                                 (type == m_xkbEvent && (event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY ||
@@ -200,18 +205,20 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
             ids.push_back(entry->id);
     }
     checkKeyDown();
-    if (m_keyDown == event.detail)
-        return true; // also when its modifiers were let go first: it is not meant to be typed
+    if (m_keyDown == event.detail) {
+        const auto releasedAt = std::exchange(m_releasedAt, std::nullopt);
+        if (!releasedAt || releasedAt == event.time)
+            return true; // also when its modifiers were let go first: it is not meant to be typed
+        keyIsUp();
+    }
     if (ids.empty())
         return false;
     for (const uint32_t id : ids)
         report(id);
     m_keyDown = event.detail;
     m_release = m_rawInput.watch(X11RawInput::Kind::keyRelease, [this](uint32_t key) {
-        if (m_keyDown != key)
-            return;
-        m_keyDown.reset();
-        m_release.reset();
+        if (m_keyDown == key)
+            keyIsUp();
     });
     if (!m_release) {
         m_keyDown.reset();
@@ -233,10 +240,14 @@ void X11HotKeys::checkKeyDown() {
         xcb_query_keymap_reply(m_connection.xcb(), *asked, nullptr));
     const bool isDown =
         keys && m_keyDown && (keys->keys[*m_keyDown / 8] & (1U << (*m_keyDown % 8)));
-    if (!isDown) {
-        m_keyDown.reset();
-        m_release.reset();
-    }
+    if (!isDown)
+        keyIsUp();
+}
+
+void X11HotKeys::keyIsUp() {
+    m_keyDown.reset();
+    m_release.reset();
+    m_releasedAt.reset();
 }
 
 void X11HotKeys::report(uint32_t id) {

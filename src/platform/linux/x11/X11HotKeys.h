@@ -45,6 +45,7 @@ private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
     bool pressed(const xcb_key_press_event_t& event);
     void checkKeyDown();
+    void keyIsUp();
     void report(uint32_t id);
 
     X11Connection& m_connection;
@@ -55,6 +56,7 @@ private:
     std::vector<Entry*> m_entries;
     std::optional<xcb_keycode_t> m_keyDown;               ///< the shortcut's key that is being held
     X11RawInput::Watch m_release;                         ///< of that key
+    std::optional<xcb_timestamp_t> m_releasedAt;          ///< or between two of its repeats
     std::optional<xcb_query_keymap_cookie_t> m_keysAsked; ///< when it went down
     std::unique_ptr<Timer> m_keyCheck;
     std::unique_ptr<Timer> m_keymapChange;
