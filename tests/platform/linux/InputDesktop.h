@@ -5,10 +5,11 @@
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11KeySynthesis.h"
 #include "platform/linux/x11/X11Panels.h"
-#include "support/DesktopSession.h"
+#include "support/FakeApplication.h"
 
 #include <gtest/gtest.h>
-#include <QRegularExpression>
+#include <QHash>
+#include <QProcess>
 
 namespace quillet {
 
@@ -29,54 +30,53 @@ inline xcb_window_t activeWindow(const X11Connection& connection) {
 class KeyLog {
 public:
     /// Returns when the window is the active one.
-    explicit KeyLog(const X11Connection& connection) : m_process(new QProcess) {
-        m_process->start(QStringLiteral("xev"),
-                         {QStringLiteral("-event"), QStringLiteral("keyboard")});
-        const auto isActive = [&] {
-            return read().contains(
-                QStringLiteral("Outer window is 0x%1,").arg(activeWindow(connection), 0, 16));
-        };
-        if (!spinUntil(isActive))
-            qFatal("the other program did not become active");
+    KeyLog() : m_program(qgetenv("DISPLAY"), "Editor"), m_listener(qgetenv("DISPLAY")) {
+        const uint32_t wanted = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+        xcb_change_window_attributes(m_listener.connection(), m_program.window(), XCB_CW_EVENT_MASK,
+                                     &wanted);
+        m_listener.serverTime(); // it is listening
     }
 
-    QStringList keys() {
-        read();
-        static const QRegularExpression event(
-            QStringLiteral(
-                "Key(Press|Release) event.*?state (0x[0-9a-f]+),.*?keysym 0x[0-9a-f]+, (\\w+)"),
-            QRegularExpression::DotMatchesEverythingOption);
-        QStringList keys;
-        for (auto it = event.globalMatch(m_output); it.hasNext();) {
-            const QRegularExpressionMatch match = it.next();
-            keys << match.captured(1).toLower() + u' ' + match.captured(3) + u' ' +
-                        match.captured(2);
+    /// All that the server has delivered since forget().
+    const QStringList& keys() {
+        const auto isKey = [](const xcb_generic_event_t& event) {
+            return eventType(event) == XCB_KEY_PRESS || eventType(event) == XCB_KEY_RELEASE;
+        };
+        m_listener.serverTime(); // comes behind what was delivered before
+        while (const auto event = m_listener.wait(isKey, std::chrono::milliseconds(0))) {
+            const auto& key = eventAs<xcb_key_press_event_t>(*event);
+            m_keys << QStringLiteral("%1 %2 0x%3")
+                          .arg(eventType(*event) == XCB_KEY_PRESS ? QStringLiteral("press")
+                                                                  : QStringLiteral("release"),
+                               nameOf(key.detail))
+                          .arg(key.state, 0, 16);
         }
-        return keys;
+        return m_keys;
     }
 
     void forget() {
-        read();
-        m_output.clear();
+        keys();
+        m_keys.clear();
     }
+
+    FakeApplication& program() { return m_program; }
 
 private:
-    const QString& read() {
-        m_output += QString::fromLatin1(m_process->readAllStandardOutput());
-        return m_output;
+    static QString nameOf(xcb_keycode_t key) {
+        static const QHash<int, QString> names = {
+            {26, QStringLiteral("e")},       {37, QStringLiteral("Control_L")},
+            {50, QStringLiteral("Shift_L")}, {55, QStringLiteral("v")},
+            {96, QStringLiteral("F12")},     {133, QStringLiteral("Super_L")}};
+        return names.value(key, QString::number(key));
     }
 
-    ProcessHandle m_process;
-    QString m_output;
+    FakeApplication m_program;
+    XClient m_listener;
+    QStringList m_keys;
 };
 
 /// What stands behind shortcuts, panels and pasting, on the desktop that the tests run on.
-class InputDesktop : public testing::Test {
-protected:
-    InputDesktop() {
-        hotKeys.onPressed = [this](uint32_t id) { pressed.push_back(id); };
-    }
-
+struct InputParts {
     LinuxScheduler scheduler;
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     X11RawInput rawInput{*connection};
@@ -84,7 +84,38 @@ protected:
     X11HotKeys hotKeys{*connection, rawInput, scheduler};
     X11Panels panels{*connection, rawInput, screens, scheduler};
     X11KeySynthesis keys{*connection, panels, scheduler};
+};
+
+class InputDesktop : public testing::Test, protected InputParts {
+protected:
+    InputDesktop() {
+        hotKeys.onPressed = [this](uint32_t id) { pressed.push_back(id); };
+    }
+
     std::vector<uint32_t> pressed;
+};
+
+/// Another program that holds the keyboard until this is destroyed.
+class ForeignGrab {
+public:
+    ForeignGrab() : m_client(qgetenv("DISPLAY")) {
+        const auto asked =
+            xcb_grab_keyboard(m_client.connection(), 0, m_client.root(), XCB_CURRENT_TIME,
+                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const XcbOwned<xcb_grab_keyboard_reply_t> grab(
+            xcb_grab_keyboard_reply(m_client.connection(), asked, nullptr));
+        m_hasIt = grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+    ~ForeignGrab() {
+        xcb_ungrab_keyboard(m_client.connection(), XCB_CURRENT_TIME);
+        m_client.serverTime(); // it is free
+    }
+
+    bool hasIt() const { return m_hasIt; }
+
+private:
+    XClient m_client;
+    bool m_hasIt = false;
 };
 
 } // namespace quillet
