@@ -136,6 +136,8 @@ void X11Panel::orderOut() {
 /// than when the panel is to show, which paints all of it anyway.
 void X11Panel::awaitPixels() {
     QBackingStore* pixels = m_content.backingStore();
+    if (!pixels || pixels->size().isEmpty())
+        return; // it was never painted
     pixels->beginPaint(m_content.rect());
     pixels->endPaint();
 }
