@@ -157,7 +157,8 @@ void AppDelegate::createSetupGuide() {
         SetupWindow::Services{{m_services->theme, *platform.scheduler, *platform.panels},
                               *m_services->permissions,
                               *m_services->hotKeys,
-                              *platform.preferences});
+                              *platform.preferences,
+                              *platform.screens});
     SetupWindow::shared = m_services->setup.get();
 }
 

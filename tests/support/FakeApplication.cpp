@@ -30,6 +30,8 @@ FakeApplication::FakeApplication(const QByteArray& display, const QByteArray& wi
     m_client.setProperty(m_shown, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, instanceAndClass);
     m_client.setProperty(m_shown, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, windowClass);
     describe(form);
+    // It may have got the number of a window that has gone but still counts as the active one.
+    eventually([this] { return !isActive(); });
     // A window manager that has only just started may overlook a window.
     const auto shown = [this] {
         xcb_unmap_window(m_client.connection(), m_shown);
@@ -74,6 +76,12 @@ void FakeApplication::resize(const QSize& size) {
     xcb_configure_window(m_client.connection(), m_shown,
                          XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values.data());
     xcb_flush(m_client.connection());
+}
+
+void FakeApplication::reserve(const std::array<uint32_t, 12>& edges) {
+    m_client.setProperty(m_shown, m_client.atom("_NET_WM_STRUT_PARTIAL"), XCB_ATOM_CARDINAL,
+                         {reinterpret_cast<const char*>(edges.data()), sizeof edges}, 32);
+    m_client.serverTime(); // it has arrived
 }
 
 void FakeApplication::setType(const QByteArray& type) {

@@ -31,6 +31,8 @@ public:
 
     void setOwnShadow(int width);
     void resize(const QSize& size);
+    /// Keeps others from a part of the screen's edges (_NET_WM_STRUT_PARTIAL).
+    void reserve(const std::array<uint32_t, 12>& edges);
     void setType(const QByteArray& type);
 
     /// Has the window manager grant one or two states, as a button of the window would.

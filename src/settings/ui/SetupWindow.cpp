@@ -2,10 +2,11 @@
 
 #include "settings/ui/SetupView.h"
 
-#include <QCursor>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QScrollArea>
+#include <QWindow>
 
 namespace quillet {
 
@@ -13,8 +14,43 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Of usual window managers, give or take a few points. None tells before the window is shown.
-constexpr int titleBarHeight = 28;
+/// Of usual window managers, give or take a few points. They tell when they have framed a window.
+constexpr QMargins likelyFrame{0, 28, 0, 0};
+
+/// Puts a new window with its frame into the middle of a usable area, and makes it no higher. Ends
+/// when the frame is known.
+class Centring : public QObject {
+public:
+    /// The area in points, y downwards as the toolkit has it.
+    Centring(QWidget& window, const Rect& usable)
+        : QObject(&window), m_window(window), m_usable(usable) {
+        place(likelyFrame);
+        window.winId(); // makes what the window manager will frame
+        window.windowHandle()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Expose) {
+            if (const QMargins frame = m_window.windowHandle()->frameMargins(); !frame.isNull())
+                place(frame);
+            deleteLater();
+        }
+        return false;
+    }
+
+private:
+    void place(const QMargins& frame) {
+        const int highest = static_cast<int>(m_usable.size.height) - frame.top() - frame.bottom();
+        m_window.setFixedHeight(std::min(SetupView::windowSize.height(), highest));
+        const QSize size = m_window.size().grownBy(frame);
+        m_window.move(qRound(m_usable.midX() - size.width() / 2.0),
+                      qRound(m_usable.midY() - size.height() / 2.0));
+    }
+
+    QWidget& m_window;
+    Rect m_usable;
+};
 
 } // namespace
 
@@ -52,16 +88,12 @@ void SetupWindow::makeWindow() {
     m_window->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                              Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     m_window->setWindowTitle(SetupView::tr("Welcome to Quillet"));
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
+    const auto screen = m_services.screens.main();
     if (!screen)
         return;
-    const QRect available = screen->availableGeometry();
-    m_window->setFixedHeight(std::min(m_window->height(), available.height() - titleBarHeight));
-    QRect frame(0, 0, m_window->width(), m_window->height() + titleBarHeight);
-    frame.moveCenter(available.center());
-    m_window->move(frame.topLeft());
+    Rect usable = flipped(screen->visibleFrame, m_services.screens.all().front().frame.size.height);
+    usable.origin.y += QGuiApplication::primaryScreen()->geometry().top();
+    new Centring(*m_window, usable); // which the window owns
 }
 
 void SetupWindow::finish() {

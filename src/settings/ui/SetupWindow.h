@@ -3,6 +3,7 @@
 #include "app/look/Look.h"
 #include "hotkeys/HotKeyCenter.h"
 #include "platform/Preferences.h"
+#include "platform/Screens.h"
 #include "settings/Permissions.h"
 
 #include <memory>
@@ -20,6 +21,7 @@ public:
         Permissions& permissions;
         HotKeyCenter& hotKeys;
         Preferences& preferences;
+        Screens& screens;
     };
 
     explicit SetupWindow(const Services& services) : m_services(services) {}

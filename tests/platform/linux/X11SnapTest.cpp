@@ -347,12 +347,7 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
     {
         // A dock of 40 pixels at the bottom of the right monitor.
         FakeApplication application = open();
-        XClient dock(display());
-        const std::array<uint32_t, 12> strut{0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 960, 1919};
-        dock.setProperty(application.window(), dock.atom("_NET_WM_STRUT_PARTIAL"),
-                         XCB_ATOM_CARDINAL,
-                         {reinterpret_cast<const char*>(strut.data()), sizeof strut}, 32);
-        dock.serverTime(); // it has arrived
+        application.reserve({0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 960, 1919});
 
         snap(Position::maximize);
         EXPECT_TRUE(comesTo(application, leftHalf));
@@ -364,6 +359,7 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
         EXPECT_TRUE(comesTo(application, {0, 540, 960, 540}));
 
         // The desktop's own word for each monitor comes first.
+        XClient dock(display());
         const std::array<uint32_t, 8> areas{960, 30, 960, 1050, 0, 20, 960, 1060};
         dock.setProperty(dock.root(), dock.atom("_GTK_WORKAREAS_D0"), XCB_ATOM_CARDINAL,
                          {reinterpret_cast<const char*>(areas.data()), sizeof areas}, 32);
