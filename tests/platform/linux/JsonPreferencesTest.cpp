@@ -1,7 +1,7 @@
 #include "platform/linux/files/JsonPreferences.h"
 
 #include <csignal>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -91,7 +91,6 @@ TEST_F(JsonPreferencesTest, whatItDoesNotUnderstandItReadsAsNothingAndKeeps) {
 TEST_F(JsonPreferencesTest, aDamagedFileIsKeptBesideAndTheDefaultsHold) {
     const QByteArray damaged[] = {"", "{\"history.days\": 7", "[7]", "\xff\xfe\0garbage",
                                   QByteArray(100000, '[')};
-    int kept = 0;
     for (const QByteArray& bytes : damaged) {
         fill(bytes);
         warnings.clear();
@@ -100,17 +99,13 @@ TEST_F(JsonPreferencesTest, aDamagedFileIsKeptBesideAndTheDefaultsHold) {
         EXPECT_EQ(preferences.value(days), 30);
         EXPECT_EQ(warnings.size(), 1);
         EXPECT_FALSE(QFile::exists(path));
-        EXPECT_EQ(filesBeside().size(), ++kept) << "none replaces an earlier one";
         preferences.set(days, 8);
         EXPECT_EQ(JsonPreferences(path).value(days), 8);
     }
     QList<QByteArray> survivors;
-    for (const QString& file : filesBeside()) {
-        EXPECT_TRUE(file.startsWith(u"preferences-20"_s)) << qPrintable(file);
+    for (const QString& file : filesBeside())
         survivors.append(content(folder.filePath(file)));
-    }
-    for (const QByteArray& bytes : damaged)
-        EXPECT_TRUE(survivors.contains(bytes));
+    EXPECT_THAT(survivors, testing::UnorderedElementsAreArray(damaged));
 }
 
 TEST_F(JsonPreferencesTest, aFileThatCanNeitherBeUsedNorMovedIsLeftAlone) {
@@ -135,16 +130,6 @@ TEST_F(JsonPreferencesTest, aFailedWriteStaysInMemoryAndGoesOutWithTheNext) {
     const JsonPreferences next(file);
     EXPECT_EQ(next.value(days), 7);
     EXPECT_EQ(next.value(name), u"Ada"_s);
-}
-
-TEST_F(JsonPreferencesTest, aWriteThatChangesNothingLeavesTheFileAlone) {
-    JsonPreferences preferences(path);
-    preferences.set(days, 7);
-    QFile::remove(path);
-    preferences.set(days, 7);
-    EXPECT_FALSE(QFile::exists(path));
-    preferences.set(days, 8);
-    EXPECT_TRUE(QFile::exists(path));
 }
 
 TEST_F(JsonPreferencesTest, aProcessKilledWhileItWritesLeavesACompleteFile) {
