@@ -5,6 +5,8 @@
 #include "platform/memory/MemoryScreens.h"
 
 #include <gmock/gmock.h>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QPushButton>
 
 namespace quillet {
@@ -51,6 +53,18 @@ protected:
         ADD_FAILURE() << "no such button";
     }
 
+    /// The user clicks the card and answers with a key.
+    void answerByKey(int key) {
+        EXPECT_FALSE(panels.keyPanel()) << "the keyboard stays where it is";
+        const QPointF card(100, 60);
+        QMouseEvent click(QEvent::MouseButtonPress, card, card, Qt::LeftButton, Qt::LeftButton, {});
+        QApplication::sendEvent(shown(), &click);
+        ASSERT_TRUE(panels.keyPanel());
+        QKeyEvent press(QEvent::KeyPress, key, {});
+        QApplication::sendEvent(shown()->focusWidget(), &press);
+        scheduler.advance(std::chrono::milliseconds(300));
+    }
+
     Theme theme;
     MemoryPanels panels;
     MemoryScreens screens;
@@ -65,7 +79,9 @@ TEST_F(ShortcutBannerTest, theAlternativesOfTakenShortcutsWorkOnceTheyAreAccepte
     EXPECT_EQ(shown()->accessibleDescription(),
               u"Left half ⌃⌥←, Right half ⌃⌥→, Top half ⌃⌥↑, Bottom half ⌃⌥↓"_s);
     EXPECT_TRUE(matchesPicture(shown()->grab().toImage(), u"shortcut-banner-light"_s));
-    click(u"Use These"_s);
+    theme.setAppearance(Appearance::dark);
+    EXPECT_TRUE(matchesPicture(shown()->grab().toImage(), u"shortcut-banner-dark"_s));
+    answerByKey(Qt::Key_Return);
     EXPECT_FALSE(shown());
     EXPECT_THAT(center->failed(), IsEmpty());
     EXPECT_EQ(center->shortcut(snapTop).display(), u"⌥⌘↑"_s);
@@ -76,7 +92,7 @@ TEST_F(ShortcutBannerTest, theAlternativesOfTakenShortcutsWorkOnceTheyAreAccepte
 }
 
 TEST_F(ShortcutBannerTest, aRefusalIsToldOnceAndOnlyWhatIsFreeIsOffered) {
-    click(u"Not Now"_s);
+    answerByKey(Qt::Key_Escape);
     EXPECT_EQ(center->failed().size(), 4U);
     start();
     EXPECT_FALSE(shown());

@@ -9,7 +9,7 @@ constexpr double fromEdge = 10;
 constexpr auto fadeIn = 150ms;
 constexpr auto fadeOut = 250ms;
 constexpr PanelStyle style{.level = 25,
-                           .canBecomeKey = false,
+                           .canBecomeKey = true,
                            .ignoresMouse = false,
                            .margin = ShortcutBannerView::margin,
                            .cornerRadius = ShortcutBannerView::cornerRadius};
@@ -31,8 +31,10 @@ void ShortcutBanner::showNews() {
 void ShortcutBanner::show(std::vector<ShortcutAlternatives::Refusal> refusals,
                           const Screen& screen) {
     m_panel.reset();
-    m_view = std::make_unique<ShortcutBannerView>(m_look, std::move(refusals),
-                                                  [this](bool isAccepted) { answer(isAccepted); });
+    m_view = std::make_unique<ShortcutBannerView>(
+        m_look, std::move(refusals), [this](bool isAccepted) { answer(isAccepted); },
+        [this] { m_panel->makeKeyAndOrderFront(); });
+    m_view->setFocus();
     m_panel = m_look.panels.make(*m_view, style);
     const QSizeF card = m_view->cardSize();
     const Rect& usable = screen.visibleFrame;

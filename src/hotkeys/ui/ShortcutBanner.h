@@ -7,8 +7,8 @@
 namespace quillet {
 
 /// Tells the user which shortcuts other programs have, and offers others that are free. Floats at
-/// the top right of the screen with the pointer until it is answered, without taking the keyboard.
-/// The same refusal is told once.
+/// the top right of the screen with the pointer until it is answered, and takes the keyboard only
+/// when it is clicked. The same refusal is told once.
 class ShortcutBanner {
 public:
     ShortcutBanner(ShortcutAlternatives& alternatives, const Look& look, Screens& screens);

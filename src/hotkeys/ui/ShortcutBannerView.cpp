@@ -5,7 +5,9 @@
 #include "app/look/Shadow.h"
 
 #include <algorithm>
+#include <QKeyEvent>
 #include <QPainter>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -27,10 +29,12 @@ constexpr double refusedOpacity = 0.5;
 
 ShortcutBannerView::ShortcutBannerView(const Look& look,
                                        std::vector<ShortcutAlternatives::Refusal> refusals,
-                                       std::function<void(bool isAccepted)> onAnswer)
+                                       std::function<void(bool isAccepted)> onAnswer,
+                                       std::function<void()> onPress)
     : m_look(look),
       m_refusals(std::move(refusals)),
       m_onAnswer(std::move(onAnswer)),
+      m_onPress(std::move(onPress)),
       m_hasOffer(std::ranges::any_of(
           m_refusals, [](const auto& refusal) { return refusal.alternative.has_value(); })) {
     setAttribute(Qt::WA_TranslucentBackground);
@@ -58,12 +62,31 @@ void ShortcutBannerView::addAnswers() {
         button->resize(button->sizeHint());
         button->move(right - button->width(), end.y() + Button::margin - button->height());
         right = button->x() - 8 + 2 * Button::margin;
+        button->setAutoDefault(true); // Return presses the one that has the focus
+        if (!focusProxy())
+            setFocusProxy(button);
         connect(button, &QAbstractButton::clicked, this,
-                [this, isAccepted] { m_onAnswer(isAccepted); });
+                [this, isAccepted] { answer(isAccepted); });
     };
     if (m_hasOffer)
         add(ButtonKind::prominent, tr("Use These"), true);
     add(ButtonKind::regular, m_hasOffer ? tr("Not Now") : tr("OK"), false);
+}
+
+void ShortcutBannerView::answer(bool isAccepted) {
+    if (const auto onAnswer = std::exchange(m_onAnswer, {}))
+        onAnswer(isAccepted);
+}
+
+void ShortcutBannerView::mousePressEvent(QMouseEvent*) {
+    m_onPress();
+}
+
+void ShortcutBannerView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        answer(false);
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void ShortcutBannerView::paintEvent(QPaintEvent*) {
