@@ -1,4 +1,4 @@
-#include "app/PrivateSession.h"
+#include "app/ProcessSession.h"
 #include "support/Eventually.h"
 
 #include <csignal>
@@ -8,7 +8,6 @@
 #include <QDBusInterface>
 #include <QDBusReply>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -21,20 +20,20 @@ using testing::StartsWith;
 namespace quillet {
 
 /// Everything here holds with a session bus and without one.
-class Process : public testing::TestWithParam<PrivateSession::Bus> {
+class Process : public testing::TestWithParam<ProcessSession::Bus> {
 protected:
     QJsonArray clips() {
         return QJsonDocument::fromJson(session.run({u"clip"_s, u"list"_s, u"--json"_s}).output)
             .array();
     }
 
-    PrivateSession session{GetParam()};
+    ProcessSession session{GetParam()};
 };
 
 INSTANTIATE_TEST_SUITE_P(, Process,
-                         testing::Values(PrivateSession::Bus::present, PrivateSession::Bus::absent),
+                         testing::Values(ProcessSession::Bus::present, ProcessSession::Bus::absent),
                          [](const auto& bus) {
-                             return bus.param == PrivateSession::Bus::present ? "withBus"
+                             return bus.param == ProcessSession::Bus::present ? "withBus"
                                                                               : "withoutBus";
                          });
 
@@ -64,14 +63,14 @@ TEST_P(Process, twentyLaunchesAtOnceEndWithOneProcessThatRanEveryVerb) {
 }
 
 TEST_P(Process, aVerbThatNeedsNoQuilletStartsNone) {
-    const Outcome status = session.run({u"status"_s});
+    const RunResult status = session.run({u"status"_s});
     EXPECT_EQ(status.exitCode, 1);
     EXPECT_EQ(QJsonDocument::fromJson(status.output).object(),
               (QJsonObject{{u"ready"_s, false}, {u"running"_s, false}}));
-    const Outcome quit = session.run({u"quit"_s});
+    const RunResult quit = session.run({u"quit"_s});
     EXPECT_EQ(quit.exitCode, 1);
     EXPECT_EQ(quit.error, "quillet: Quillet is not running\n");
-    const Outcome usage = session.run({u"clip"_s, u"copy"_s, u"x"_s});
+    const RunResult usage = session.run({u"clip"_s, u"copy"_s, u"x"_s});
     EXPECT_EQ(usage.exitCode, 2);
     EXPECT_EQ(usage.error.count('\n'), 1);
     EXPECT_EQ(session.run({u"--help"_s}).exitCode, 0);
@@ -116,7 +115,7 @@ TEST_P(Process, aVerbNeitherWaitsForAStoppedQuilletNorLeavesItSomethingToDo) {
     session.fillHistory({"kept"});
     const auto pid = pid_t(session.start().processId());
     kill(pid, SIGSTOP);
-    const Outcome clear = session.run({u"clip"_s, u"clear"_s});
+    const RunResult clear = session.run({u"clip"_s, u"clear"_s});
     kill(pid, SIGCONT);
     EXPECT_EQ(clear.exitCode, 1);
     EXPECT_THAT(clear.error.toStdString(), HasSubstr("may be stopped"));
@@ -136,7 +135,7 @@ TEST_P(Process, aVerbThatWaitsSaysWhenQuilletIsGone) {
 TEST_P(Process, aVerbLeavesTheQuilletItStartedBehindOnItsOwn) {
     session.fillHistory({"kept"});
     // The pipe stays open for as long as anybody holds it.
-    const Outcome list = session.shell(u"{ \"$QUILLET\" clip list 2>&1 7>&1; } | cat"_s);
+    const RunResult list = session.shell(u"{ \"$QUILLET\" clip list 2>&1 7>&1; } | cat"_s);
     EXPECT_THAT(list.output.toStdString(), HasSubstr("kept"));
     const auto processes = session.processes();
     ASSERT_THAT(processes, SizeIs(1));
@@ -149,7 +148,7 @@ TEST_P(Process, closedStandardStreamsAreNotMistakenForFiles) {
     QFile lock(session.runtimeFolder() + u"/lock"_s);
     ASSERT_TRUE(lock.open(QIODevice::ReadOnly));
     EXPECT_THAT(lock.readAll().toStdString(), testing::Not(HasSubstr("confidential")));
-    const Outcome second = session.run({});
+    const RunResult second = session.run({});
     EXPECT_EQ(second.exitCode, 0) << "the instance still holds its lock";
     EXPECT_THAT(session.processes(), SizeIs(1));
 }
@@ -162,11 +161,11 @@ TEST_P(Process, bytesComeOutAsTheyWentIn) {
     EXPECT_EQ(session.run({u"clip"_s, u"show"_s, u"1"_s}).output, large);
     EXPECT_EQ(clips().at(1)["text"_L1].toString().toUtf8(), tricky);
 
-    const Outcome cut =
+    const RunResult cut =
         session.shell(u"\"$QUILLET\" clip show 1 | head -c 3; echo \" ${PIPESTATUS[0]}\""_s);
     EXPECT_EQ(cut.output, "xxx 1\n");
     EXPECT_EQ(cut.error, "");
-    const Outcome full = session.shell(u"\"$QUILLET\" clip show 1 >/dev/full"_s);
+    const RunResult full = session.shell(u"\"$QUILLET\" clip show 1 >/dev/full"_s);
     EXPECT_EQ(full.exitCode, 1);
     EXPECT_THAT(full.error.toStdString(), HasSubstr("cannot write the output"));
 }
@@ -174,10 +173,10 @@ TEST_P(Process, bytesComeOutAsTheyWentIn) {
 TEST_P(Process, aHistoryThatCannotBeOpenedStopsTheStartWithAReason) {
     QFile obstacle(session.dataFolder());
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
-    const Outcome start = session.run({});
+    const RunResult start = session.run({});
     EXPECT_EQ(start.exitCode, 1);
     EXPECT_THAT(start.error.toStdString(), StartsWith("Failed to create model container: "));
-    const Outcome verb = session.run({u"clip"_s, u"list"_s});
+    const RunResult verb = session.run({u"clip"_s, u"list"_s});
     EXPECT_EQ(verb.exitCode, 1);
     EXPECT_THAT(verb.error.toStdString(), HasSubstr("Failed to create model container: "));
     EXPECT_TRUE(eventually([&] { return session.processes().empty(); }));
@@ -197,12 +196,12 @@ TEST_P(Process, verbsLeaveNothingOpenInTheProcess) {
 }
 
 TEST(ProcessOnADisplay, theEndOfTheDisplayIsAnEndLikeAnyOther) {
-    PrivateSession session(PrivateSession::Bus::absent);
+    ProcessSession session(ProcessSession::Bus::absent);
     QProcess server;
     server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
     ASSERT_TRUE(server.waitForReadyRead());
     const QString display = u":"_s + QString::fromUtf8(server.readLine().trimmed());
-    const Outcome list = session.shell(
+    const RunResult list = session.shell(
         u"DISPLAY=%1 QUILLET_PLATFORM= QT_QPA_PLATFORM=xcb \"$QUILLET\" clip list"_s.arg(display));
     ASSERT_EQ(list.exitCode, 0) << list.error.toStdString();
     const QString journal = session.dataFolder() + u"/clips.sqlite-wal"_s;
@@ -212,7 +211,7 @@ TEST(ProcessOnADisplay, theEndOfTheDisplayIsAnEndLikeAnyOther) {
     EXPECT_TRUE(eventually([&] { return !session.status()["running"_L1].toBool(); }));
     EXPECT_FALSE(QFile::exists(journal));
 
-    const Outcome start =
+    const RunResult start =
         session.shell(u"DISPLAY=%1 QUILLET_PLATFORM= \"$QUILLET\""_s.arg(display));
     EXPECT_EQ(start.exitCode, 1);
     EXPECT_EQ(start.error.toStdString(),
@@ -220,7 +219,7 @@ TEST(ProcessOnADisplay, theEndOfTheDisplayIsAnEndLikeAnyOther) {
 }
 
 TEST(ProcessOnTheBus, desktopsFindTheApplicationUnderItsName) {
-    PrivateSession session(PrivateSession::Bus::present);
+    ProcessSession session(ProcessSession::Bus::present);
     session.start();
     auto bus = QDBusConnection::connectToBus(session.busAddress(), u"test"_s);
     const QString name = u"org.quillet.Quillet"_s;
@@ -232,9 +231,9 @@ TEST(ProcessOnTheBus, desktopsFindTheApplicationUnderItsName) {
 }
 
 TEST(ProcessOnTheBus, oneOtherRuntimeFolderOnTheSameBusMeetsTheSameQuillet) {
-    PrivateSession session(PrivateSession::Bus::present);
+    ProcessSession session(ProcessSession::Bus::present);
     session.start();
-    const Outcome second =
+    const RunResult second =
         session.shell(u"mkdir -m 700 \"$HOME/other\"; XDG_RUNTIME_DIR=$HOME/other \"$QUILLET\""_s);
     EXPECT_EQ(second.exitCode, 0) << second.error.toStdString();
     EXPECT_TRUE(session.status()["running"_L1].toBool());

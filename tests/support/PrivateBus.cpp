@@ -9,21 +9,18 @@ namespace quillet {
 
 using namespace Qt::StringLiterals;
 
-QStringList privateBusArguments(const QTemporaryDir& folder) {
-    QFile configuration(folder.filePath(u"bus.conf"_s));
+PrivateBus::PrivateBus() {
+    QFile configuration(m_folder.filePath(u"bus.conf"_s));
     if (!configuration.open(QIODevice::WriteOnly))
         qFatal("no file for the bus");
     configuration.write(
-        "<busconfig><type>session</type><listen>unix:path=" + folder.filePath(u"bus"_s).toUtf8() +
+        "<busconfig><type>session</type><listen>unix:path=" + m_folder.filePath(u"bus"_s).toUtf8() +
         "</listen><policy context='default'><allow send_destination='*'/>"
         "<allow receive_sender='*'/><allow own='*'/></policy></busconfig>");
-    return {u"--config-file="_s + configuration.fileName(), u"--nofork"_s, u"--nopidfile"_s,
-            u"--print-address=1"_s};
-}
-
-PrivateBus::PrivateBus() {
+    configuration.close();
     m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    m_daemon.start(u"dbus-daemon"_s, privateBusArguments(m_folder));
+    m_daemon.start(u"dbus-daemon"_s, {u"--config-file="_s + configuration.fileName(), u"--nofork"_s,
+                                      u"--nopidfile"_s, u"--print-address=1"_s});
     while (!m_daemon.canReadLine()) {
         if (!m_daemon.waitForReadyRead(10'000))
             qFatal("no bus: %s", m_daemon.readAllStandardError().constData());

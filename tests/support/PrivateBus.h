@@ -10,11 +10,8 @@
 
 namespace quillet {
 
-/// How dbus-daemon becomes a bus in `folder` that starts no program by itself, whichever are
-/// installed: those of a whole desktop would answer in place of a test's own.
-QStringList privateBusArguments(const QTemporaryDir& folder);
-
-/// A message bus that nobody else uses.
+/// A message bus that nobody else uses. It starts no program by itself, whichever are installed:
+/// those of a whole desktop would answer in place of a test's own.
 class PrivateBus {
 public:
     PrivateBus();

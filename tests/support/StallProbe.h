@@ -9,7 +9,7 @@ namespace quillet {
 
 /// Measures from outside how long Quillet's event loop is not to be had: asks it for its status
 /// over the session bus again and again, from a thread of its own, and keeps the longest time
-/// that an answer took.
+/// that an answer took. Time in which other programs had the processor does not count.
 class StallProbe {
 public:
     explicit StallProbe(const QString& busAddress);
