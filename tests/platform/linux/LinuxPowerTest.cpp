@@ -25,14 +25,23 @@ using enum Power::AssertionType;
 
 namespace {
 
+struct Address {
+    QString name;
+    QString path;
+};
+const Address logindAt{u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s};
+const Address managerAt{u"org.gnome.SessionManager"_s, u"/org/gnome/SessionManager"_s};
+const Address powerAt{u"org.freedesktop.PowerManagement"_s,
+                      u"/org/freedesktop/PowerManagement/Inhibit"_s};
+const Address saverAt{u"org.freedesktop.ScreenSaver"_s, u"/org/freedesktop/ScreenSaver"_s};
+
 /// A service that keeps the machine awake, at once, when told to, or not at all.
 class FakeInhibitor : public FakeService {
 public:
     enum class Manner { grants, waits, refuses };
 
-    FakeInhibitor(PrivateBus& bus, const QString& name, const QString& path,
-                  Manner itsManner = Manner::grants)
-        : FakeService(bus, name, path), manner(itsManner) {
+    FakeInhibitor(PrivateBus& bus, const Address& address, Manner itsManner = Manner::grants)
+        : FakeService(bus, address.name, address.path), manner(itsManner) {
         answers[u"Inhibit"_s] = [this](const QDBusMessage& call) {
             calls.append(call.arguments());
             if (manner == Manner::refuses)
@@ -68,20 +77,11 @@ private:
     uint m_lastCookie = 100;
 };
 
-const QString logindName = u"org.freedesktop.login1"_s;
-const QString logindPath = u"/org/freedesktop/login1"_s;
-const QString sessionName = u"org.gnome.SessionManager"_s;
-const QString sessionPath = u"/org/gnome/SessionManager"_s;
-const QString powerName = u"org.freedesktop.PowerManagement"_s;
-const QString powerPath = u"/org/freedesktop/PowerManagement/Inhibit"_s;
-const QString saverName = u"org.freedesktop.ScreenSaver"_s;
-const QString saverPath = u"/org/freedesktop/ScreenSaver"_s;
-
 /// Holds as long as the file that it hands out is open.
 class FakeLogind : public FakeInhibitor {
 public:
     explicit FakeLogind(PrivateBus& bus, Manner itsManner = Manner::grants)
-        : FakeInhibitor(bus, logindName, logindPath, itsManner) {}
+        : FakeInhibitor(bus, logindAt, itsManner) {}
     ~FakeLogind() override {
         for (const int end : m_ends)
             close(end);
@@ -110,13 +110,13 @@ private:
 };
 
 /// Waits until what a service has answered to a connection has also been dealt with.
-void hearFrom(const QString& service, const QString& path, const QDBusConnection& connection) {
+void hearFrom(const Address& service, const QDBusConnection& connection) {
     QObject context;
     bool isHeard = false;
-    callAsync(
-        connection,
-        QDBusMessage::createMethodCall(service, path, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s),
-        &context, [&](const QDBusMessage&) { isHeard = true; });
+    callAsync(connection,
+              QDBusMessage::createMethodCall(service.name, service.path,
+                                             u"org.freedesktop.DBus.Peer"_s, u"Ping"_s),
+              &context, [&](const QDBusMessage&) { isHeard = true; });
     EXPECT_TRUE(spinUntil([&] { return isHeard; }));
 }
 
@@ -150,8 +150,6 @@ TEST(Buses, aSystemBusThatAcceptsButNeverSpeaksIsLeftAlone) {
 class LinuxPowerTest : public testing::Test {
 protected:
     using Manner = FakeInhibitor::Manner;
-
-    LinuxPowerTest() = default;
 
     LinuxPower& start() {
         power.emplace(Buses{ours, system.connect()}, commands, scheduler, nullptr);
@@ -189,9 +187,9 @@ protected:
 
 TEST_F(LinuxPowerTest, everyServiceIsAskedForWhatTheTypeMeansAndGetsItBack) {
     FakeLogind logind(system);
-    FakeInhibitor manager(session, sessionName, sessionPath);
-    FakeInhibitor powerManager(session, powerName, powerPath);
-    FakeInhibitor saver(session, saverName, saverPath);
+    FakeInhibitor manager(session, managerAt);
+    FakeInhibitor powerManager(session, powerAt);
+    FakeInhibitor saver(session, saverAt);
     const auto held = [&] {
         return std::vector{logind.held(), manager.held(), powerManager.held(), saver.held()};
     };
@@ -220,7 +218,7 @@ TEST_F(LinuxPowerTest, everyServiceIsAskedForWhatTheTypeMeansAndGetsItBack) {
 
 TEST_F(LinuxPowerTest, whatIsGrantedAfterTheReleaseIsGivenBack) {
     FakeLogind logind(system, Manner::waits);
-    FakeInhibitor manager(session, sessionName, sessionPath, Manner::waits);
+    FakeInhibitor manager(session, managerAt, Manner::waits);
     start();
     auto assertion = hold(preventUserIdleSystemSleep);
     ASSERT_TRUE(waitFor([&] { return logind.waiting.size() + manager.waiting.size() == 2; }));
@@ -232,7 +230,7 @@ TEST_F(LinuxPowerTest, whatIsGrantedAfterTheReleaseIsGivenBack) {
 }
 
 TEST_F(LinuxPowerTest, silenceIsALossAfterTenSecondsAndALaterGrantIsGivenBack) {
-    FakeInhibitor manager(session, sessionName, sessionPath, Manner::waits);
+    FakeInhibitor manager(session, managerAt, Manner::waits);
     start();
     const auto assertion = hold(preventUserIdleSystemSleep);
     ASSERT_TRUE(waitFor([&] { return manager.waiting.size() == 1; }));
@@ -245,12 +243,12 @@ TEST_F(LinuxPowerTest, silenceIsALossAfterTenSecondsAndALaterGrantIsGivenBack) {
 }
 
 TEST_F(LinuxPowerTest, aRefusalIsALossOnlyWhereNobodyElseHoldsIt) {
-    FakeInhibitor manager(session, sessionName, sessionPath, Manner::refuses);
-    std::optional<FakeInhibitor> powerManager(std::in_place, session, powerName, powerPath);
+    FakeInhibitor manager(session, managerAt, Manner::refuses);
+    std::optional<FakeInhibitor> powerManager(std::in_place, session, powerAt);
     start();
     auto assertion = hold(preventUserIdleSystemSleep);
     ASSERT_TRUE(waitFor([&] { return manager.calls.size() == 1 && powerManager->held() == 1; }));
-    hearFrom(powerName, powerPath, ours);
+    hearFrom(powerAt, ours);
     scheduler.advance(1min);
     EXPECT_EQ(losses, 0);
 
@@ -261,18 +259,18 @@ TEST_F(LinuxPowerTest, aRefusalIsALossOnlyWhereNobodyElseHoldsIt) {
 }
 
 TEST_F(LinuxPowerTest, aServiceThatStartsAnewOrLaterIsAskedAgain) {
-    std::optional<FakeInhibitor> manager(std::in_place, session, sessionName, sessionPath);
+    std::optional<FakeInhibitor> manager(std::in_place, session, managerAt);
     start();
     const auto assertion = hold(preventUserIdleDisplaySleep);
     ASSERT_TRUE(waitFor([&] { return manager->held() == 1; }));
     manager.reset();
     ASSERT_TRUE(seesNobody());
     scheduler.advance(9s);
-    manager.emplace(session, sessionName, sessionPath);
+    manager.emplace(session, managerAt);
     EXPECT_TRUE(waitFor([&] { return manager->held() == 1; }));
-    FakeInhibitor saver(session, saverName, saverPath);
+    FakeInhibitor saver(session, saverAt);
     EXPECT_TRUE(waitFor([&] { return saver.held() == 1; }));
-    hearFrom(sessionName, sessionPath, ours);
+    hearFrom(managerAt, ours);
     scheduler.advance(1min);
     EXPECT_EQ(losses, 0);
     EXPECT_EQ(manager->calls.size(), 1);
@@ -282,7 +280,7 @@ TEST_F(LinuxPowerTest, aServiceThatStartsAnewOrLaterIsAskedAgain) {
 }
 
 TEST_F(LinuxPowerTest, anOlderScreenSaverIsFoundWhereItUsedToBe) {
-    FakeInhibitor saver(session, saverName, u"/ScreenSaver"_s);
+    FakeInhibitor saver(session, {saverAt.name, u"/ScreenSaver"_s});
     start();
     auto assertion = hold(preventUserIdleDisplaySleep);
     EXPECT_TRUE(waitFor([&] { return saver.held() == 1; }));
@@ -303,20 +301,19 @@ TEST_F(LinuxPowerTest, withoutServicesOrBusesNothingIsHeld) {
 }
 
 TEST_F(LinuxPowerTest, theFirstScreenSaverThatObeysIsTheOnlyOne) {
-    const auto name = [](const QString& desktop) { return u"org.%1.ScreenSaver"_s.arg(desktop); };
-    const auto path = [](const QString& desktop) { return u"/org/%1/ScreenSaver"_s.arg(desktop); };
     std::vector<QString> told;
-    FakeService withoutMethod(session, saverName, saverPath);
-    FakeService unwilling(session, name(u"cinnamon"_s), path(u"cinnamon"_s));
-    unwilling.answers[u"SetActive"_s] = [&](const QDBusMessage& call) {
-        told.push_back(u"unwilling"_s);
-        return call.createReply(false);
+    const auto tells = [&](FakeService& service, const QString& name, const QVariantList& reply) {
+        service.answers[u"SetActive"_s] = [&told, name, reply](const QDBusMessage& call) {
+            told.push_back(call.arguments() == QVariantList{true} ? name : u"wrong"_s);
+            return call.createReply(reply);
+        };
     };
-    std::optional<FakeService> willing(std::in_place, session, name(u"mate"_s), path(u"mate"_s));
-    willing->answers[u"SetActive"_s] = [&](const QDBusMessage& call) {
-        told.push_back(call.arguments() == QVariantList{true} ? u"willing"_s : u"wrong"_s);
-        return call.createReply();
-    };
+    const FakeService withoutMethod(session, saverAt.name, saverAt.path);
+    FakeService unwilling(session, u"org.cinnamon.ScreenSaver"_s, u"/org/cinnamon/ScreenSaver"_s);
+    tells(unwilling, u"unwilling"_s, {false});
+    std::optional<FakeService> willing(std::in_place, session, u"org.mate.ScreenSaver"_s,
+                                       u"/org/mate/ScreenSaver"_s);
+    tells(*willing, u"willing"_s, {});
     start().startScreenSaver();
     EXPECT_TRUE(waitFor([&] { return told.size() == 2; }));
     EXPECT_THAT(told, ElementsAre(u"unwilling"_s, u"willing"_s));
@@ -334,7 +331,7 @@ struct LinuxPowerBackend {
     PrivateBus session;
     MemoryScheduler scheduler;
     MemoryCommands commands{scheduler};
-    std::optional<FakeInhibitor> service{std::in_place, session, powerName, powerPath};
+    std::optional<FakeInhibitor> service{std::in_place, session, powerAt};
     QDBusConnection ours = session.connect();
     LinuxPower dbus{{ours, QDBusConnection(QString())}, commands, scheduler, nullptr};
 
@@ -345,8 +342,8 @@ struct LinuxPowerBackend {
     }
     int holders() {
         // Behind an answer to what was sent before, and behind what that answer made us send.
-        hearFrom(powerName, powerPath, ours);
-        hearFrom(powerName, powerPath, ours);
+        hearFrom(powerAt, ours);
+        hearFrom(powerAt, ours);
         return service->held();
     }
     void loseAll() {
