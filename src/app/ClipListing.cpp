@@ -46,13 +46,17 @@ QString contentPreview(const ClipItem& clip) {
     return {};
 }
 
+QString padded(const QString& text, int width) {
+    return text + QString(std::max(0, width - columns(text)), u' ');
+}
+
 QString asLine(size_t number, const ClipItem& clip) {
     const QString source = printable(clip.sourceAppName().value_or(QString()));
     // In one step: a clip may contain what looks like a place to fill.
     return u"%1 %2 %3 %4  %5  %6\n"_s.arg(
         QString::number(number).rightJustified(4), clip.isPinned() ? u"*"_s : u" "_s,
         ClipItem::rawValue(clip.kind()).leftJustified(5),
-        contentPreview(clip).leftJustified(previewLength + 1), source,
+        padded(contentPreview(clip), previewLength + 1), source,
         clip.createdAt().toLocalTime().toString(u"yyyy-MM-dd HH:mm"_s));
 }
 

@@ -1,6 +1,21 @@
 #include "app/Printable.h"
 
+#include <algorithm>
+#include <numeric>
+#include <QList>
+#include <wchar.h>
+
 namespace quillet {
+
+namespace {
+
+/// Nothing is known of the newest characters; terminals then take one column.
+int columns(char32_t character) {
+    const int width = wcwidth(static_cast<wchar_t>(character));
+    return width < 0 ? 1 : width;
+}
+
+} // namespace
 
 QString printable(QStringView text) {
     QString line;
@@ -18,17 +33,26 @@ QString printable(QStringView text) {
     return line.trimmed();
 }
 
-QString preview(QStringView text, qsizetype length) {
+int columns(QStringView text) {
+    const QList<uint> characters = text.toUcs4();
+    return std::accumulate(characters.begin(), characters.end(), 0, [](int sum, uint character) {
+        return sum + columns(char32_t{character});
+    });
+}
+
+QString preview(QStringView text, int length) {
     // Collapsing may shorten the text a lot, so more than `length` is looked at.
-    const QStringView head = text.first(std::min(text.size(), length * 8));
-    QString line = printable(head);
-    if (line.size() <= length && head.size() == text.size())
-        return line;
-    qsizetype cut = std::min(line.size(), length);
-    if (cut > 0 && line.at(cut - 1).isHighSurrogate())
-        --cut;
-    line.truncate(cut);
-    return line + u'\u2026';
+    const QStringView head = text.first(std::min(text.size(), qsizetype{length} * 8));
+    QString line;
+    int taken = 0;
+    for (const uint next : printable(head).toUcs4()) {
+        const char32_t character = next;
+        taken += columns(character);
+        if (taken > length)
+            return line + u'\u2026';
+        line += QStringView(QChar::fromUcs4(character));
+    }
+    return head.size() == text.size() ? line : line + u'\u2026';
 }
 
 } // namespace quillet

@@ -8,8 +8,11 @@ namespace quillet {
 /// control characters become one space, characters that change direction or have no shape go.
 QString printable(QStringView text);
 
-/// The same for at most `length` characters, with an ellipsis where there was more. Looks at
+/// How much room printable text takes in a line of a terminal.
+int columns(QStringView text);
+
+/// Printable text for at most `length` columns, with an ellipsis where there was more. Looks at
 /// no more of the text than it needs.
-QString preview(QStringView text, qsizetype length);
+QString preview(QStringView text, int length);
 
 } // namespace quillet

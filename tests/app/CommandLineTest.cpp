@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 #include "app/Printable.h"
 
+#include <clocale>
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
@@ -86,8 +87,12 @@ TEST(Printable, foreignTextStaysOnOneLineAndCannotSteerTheTerminal) {
 }
 
 TEST(Printable, aPreviewEndsBetweenCharacters) {
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     EXPECT_EQ(preview(u"longer"_s, 5), u"longe\u2026"_s);
     EXPECT_EQ(preview(u"ab\U0001F600c"_s, 3), u"ab\u2026"_s);
+    EXPECT_EQ(preview(u"\u6F22\u5B57\u6F22"_s, 5), u"\u6F22\u5B57\u2026"_s) << "two columns each";
+    EXPECT_EQ(preview(u"u\u0308u\u0308x"_s, 2), u"u\u0308u\u0308\u2026"_s) << "accents take none";
+    EXPECT_EQ(columns(u"a\u0308\U0001F600\u5B57"_s), 5);
     EXPECT_EQ(preview(QString(100'000, u' ') + u'x', 5), u"\u2026"_s);
 }
 
