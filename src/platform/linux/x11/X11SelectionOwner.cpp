@@ -61,6 +61,7 @@ bool X11SelectionOwner::takeIfFree(Answers answers, xcb_timestamp_t since) {
 
 void X11SelectionOwner::own(Answers answers) {
     m_answers = std::move(answers);
+    m_contents.clear();
     m_ownedSince = XCB_CURRENT_TIME;
 }
 
@@ -143,12 +144,31 @@ void X11SelectionOwner::convert(const SharedRequest& request, size_t pair, xcb_a
         return;
     }
     const xcb_atom_t type = m_connection.atom(answer->type);
+    whenRead(*answer, [this, request, pair, property, type](const SharedContent& content) {
+        const xcb_window_t to = request->event.requestor;
+        settle(request, pair, deliver(to, property, type, content));
+    });
+}
+
+void X11SelectionOwner::whenRead(const X11Targets::Answer& answer, Use use) {
+    std::weak_ptr<Content>& known = m_contents[answer.target];
+    SharedContent content = known.lock();
+    if (content && content->isRead) {
+        use(content);
+        return;
+    }
+    const bool isNew = !content;
+    if (isNew)
+        known = content = std::make_shared<Content>();
+    content->waiting.push_back(std::move(use));
+    if (!isNew)
+        return;
     // Off the main thread: even a text may have to be read from disk and encoded.
-    const auto bytes = std::make_shared<QByteArray>();
-    m_scheduler.background([bytes, read = answer->bytes] { *bytes = read(); },
-                           m_alive([this, request, pair, property, type, bytes] {
-                               const xcb_window_t to = request->event.requestor;
-                               settle(request, pair, deliver(to, property, type, *bytes));
+    m_scheduler.background([content, read = answer.bytes] { content->bytes = read(); },
+                           m_alive([content] {
+                               content->isRead = true;
+                               for (const Use& waiting : std::exchange(content->waiting, {}))
+                                   waiting(content);
                            }));
 }
 
@@ -169,11 +189,11 @@ void X11SelectionOwner::settle(const SharedRequest& request, size_t pair, bool d
 }
 
 bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
-                                QByteArray bytes) {
-    if (bytes.isNull())
+                                const SharedContent& content) {
+    if (content->bytes.isNull())
         return false;
-    if (bytes.size() <= m_increment) {
-        setBytes(m_connection, requestor, property, type, bytes);
+    if (content->bytes.size() <= m_increment) {
+        setBytes(m_connection, requestor, property, type, content->bytes);
         return true;
     }
     // A window of ours, or the root, is no requestor: to watch it would undo our own watching.
@@ -184,9 +204,9 @@ bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t property, xcb
         [&](const Sending& s) { return s.requestor == requestor && s.property == property; });
     watch(requestor, true);
     setValues(m_connection, requestor, property, m_connection.atom("INCR"),
-              std::vector<uint32_t>{static_cast<uint32_t>(bytes.size())});
+              std::vector<uint32_t>{static_cast<uint32_t>(content->bytes.size())});
     Sending& sending =
-        m_sendings.emplace_back(Sending{requestor, property, type, std::move(bytes), 0, nullptr});
+        m_sendings.emplace_back(Sending{requestor, property, type, content, 0, nullptr});
     restartSilence(sending);
     return true;
 }
@@ -197,9 +217,9 @@ void X11SelectionOwner::sendNext(xcb_window_t requestor, xcb_atom_t property) {
     });
     if (sending == m_sendings.end())
         return;
-    const qsizetype size = std::min(m_increment, sending->bytes.size() - sending->sent);
-    setBytes(m_connection, requestor, property, sending->type,
-             QByteArrayView(sending->bytes).sliced(sending->sent, size));
+    const QByteArrayView bytes = sending->content->bytes;
+    const qsizetype size = std::min(m_increment, bytes.size() - sending->sent);
+    setBytes(m_connection, requestor, property, sending->type, bytes.sliced(sending->sent, size));
     sending->sent += size;
     if (size > 0) {
         restartSilence(*sending);

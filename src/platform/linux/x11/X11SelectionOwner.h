@@ -5,7 +5,10 @@
 #include "platform/linux/x11/X11Targets.h"
 #include "platform/Scheduler.h"
 
+#include <functional>
 #include <list>
+#include <map>
+#include <memory>
 #include <optional>
 
 namespace quillet {
@@ -14,7 +17,8 @@ namespace quillet {
 /// content in increments, to any number of requestors at a time.
 ///
 /// A requestor that dies or falls silent is dropped; the others do not notice. Content is asked
-/// for per request and kept only while it is being sent.
+/// for when it is requested, kept while it is being sent, and shared by all who request it
+/// meanwhile: many of them take no more memory than one.
 class X11SelectionOwner {
 public:
     using Answers = std::vector<X11Targets::Answer>;
@@ -41,12 +45,22 @@ public:
     void setOwnedSince(xcb_timestamp_t time) { m_ownedSince = time; }
 
 private:
+    /// The bytes behind one of the answers.
+    struct Content;
+    using SharedContent = std::shared_ptr<Content>;
+    using Use = std::function<void(const SharedContent&)>;
+    struct Content {
+        QByteArray bytes;
+        bool isRead = false;
+        std::vector<Use> waiting; ///< for it to be read
+    };
+
     /// Content on its way to one requestor, in increments.
     struct Sending {
         xcb_window_t requestor;
         xcb_atom_t property;
         xcb_atom_t type;
-        QByteArray bytes;
+        SharedContent content;
         qsizetype sent = 0;
         std::unique_ptr<Timer> silence;
     };
@@ -66,7 +80,9 @@ private:
     void convertAll(const SharedRequest& request);
     void convert(const SharedRequest& request, size_t pair, xcb_atom_t target, xcb_atom_t property);
     void settle(const SharedRequest& request, size_t pair, bool delivered);
-    bool deliver(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type, QByteArray bytes);
+    void whenRead(const X11Targets::Answer& answer, Use use);
+    bool deliver(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
+                 const SharedContent& content);
     void sendNext(xcb_window_t requestor, xcb_atom_t property);
     void drop(xcb_window_t requestor);
     void restartSilence(Sending& sending);
@@ -80,6 +96,7 @@ private:
     qsizetype m_increment; ///< bytes; the largest piece sent at once
     std::optional<Answers> m_answers;
     xcb_timestamp_t m_ownedSince = XCB_CURRENT_TIME;
+    std::map<QByteArray, std::weak_ptr<Content>> m_contents; ///< of the answers, by target
     std::list<Sending> m_sendings;
     X11Connection::Listening m_listening;
     Alive m_alive;
