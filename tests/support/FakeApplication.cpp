@@ -32,12 +32,13 @@ FakeApplication::FakeApplication(const QByteArray& display, const QByteArray& wi
     describe(form);
     // It may have got the number of a window that has gone but still counts as the active one.
     eventually([this] { return !isActive(); });
-    // A window manager that has only just started may overlook a window.
-    const auto shown = [this] {
+    // A window manager that has only just started may overlook a window; a slow one needs its time.
+    std::chrono::milliseconds patience(100);
+    const auto shown = [&] {
         xcb_unmap_window(m_client.connection(), m_shown);
         xcb_map_window(m_client.connection(), m_shown);
         xcb_flush(m_client.connection());
-        return eventually([this] { return isActive(); }, std::chrono::milliseconds(200));
+        return eventually([this] { return isActive(); }, patience *= 2);
     };
     if (!eventually(shown, std::chrono::seconds(10)))
         qFatal("the window manager did not make the window active");
