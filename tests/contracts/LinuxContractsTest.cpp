@@ -1,14 +1,9 @@
-#include "contracts/CommandsContract.h"
-#include "contracts/HostStatisticsContract.h"
 #include "contracts/PreferencesContract.h"
 #include "contracts/SchedulerContract.h"
-#include "contracts/SoundPlayerContract.h"
 #include "contracts/SpinUntil.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/LinuxScheduler.h"
-#include "platform/linux/proc/ProcHostStatistics.h"
 #include "platform/linux/ProcessCommands.h"
-#include "platform/linux/sound/PulseSoundPlayer.h"
 
 #include <QTemporaryDir>
 
@@ -36,22 +31,34 @@ struct JsonPreferencesBackend {
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, PreferencesContract, JsonPreferencesBackend);
 
-struct ProcessCommandsBackend {
-    std::unique_ptr<Commands> commands = std::make_unique<ProcessCommands>();
+TEST(ProcessCommands, howeverAProgramEndsIsToldUnlessTheyAreGoneBefore) {
+    using End = std::pair<int, QByteArray>;
+    const auto endOf = [](ProcessCommands& commands, const QString& program,
+                          const QStringList& arguments) {
+        std::vector<End> told;
+        commands.run(program, arguments, [&](const CommandResult& end) {
+            told.emplace_back(end.exitCode, end.output);
+        });
+        EXPECT_TRUE(told.empty()) << "told inside the call";
+        EXPECT_TRUE(spinUntil([&] { return !told.empty(); }));
+        return told.at(0);
+    };
+    ProcessCommands commands;
+    const auto endOfScript = [&](const QString& script) {
+        return endOf(commands, u"/bin/sh"_s, {u"-c"_s, script});
+    };
+    EXPECT_EQ(endOfScript(u"printf 'a b\\n'; echo oops >&2; exit 3"_s), End(3, "a b\n"));
+    EXPECT_EQ(endOfScript(u"printf begun; kill -9 $$"_s), End(-1, "begun"));
+    EXPECT_EQ(endOf(commands, u"/no/such/program"_s, {}), End(-1, ""));
+    EXPECT_FALSE(commands.launch(u"/no/such/program"_s, {}));
 
-    template<typename Condition>
-    bool waitFor(Condition condition) {
-        return spinUntil(condition, milliseconds(commands ? 10000 : 100));
-    }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Linux, CommandsContract, ProcessCommandsBackend);
-
-TEST(ProcessCommands, aProgramThatHangsIsEnded) {
-    ProcessCommands commands(milliseconds(100));
-    std::optional<CommandResult> result;
-    commands.run(u"sleep"_s, {u"100"_s}, [&](const CommandResult& end) { result = end; });
-    ASSERT_TRUE(spinUntil([&] { return result.has_value(); }));
-    EXPECT_EQ(result->exitCode, -1);
+    ProcessCommands impatient(milliseconds(100));
+    EXPECT_EQ(endOf(impatient, u"sleep"_s, {u"100"_s}).first, -1);
+    auto leaving = std::make_unique<ProcessCommands>();
+    leaving->run(u"true"_s, {},
+                 [](const CommandResult&) { ADD_FAILURE() << "told after the end"; });
+    leaving.reset();
+    spinFor(milliseconds(100));
 }
 
 TEST(ProcessCommands, whatWasLaunchedOutlivesThem) {
@@ -64,24 +71,5 @@ TEST(ProcessCommands, whatWasLaunchedOutlivesThem) {
     EXPECT_FALSE(QFile::exists(sign));
     EXPECT_TRUE(spinUntil([&] { return QFile::exists(sign); }));
 }
-
-struct PulseSoundBackend {
-    PulseSoundPlayer sounds;
-
-    SoundPlayer& player() { return sounds; }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SoundPlayerContract, PulseSoundBackend);
-
-struct ProcHostBackend {
-    ProcHostStatistics host;
-
-    HostStatistics& statistics() { return host; }
-    void work() {
-        const auto end = host.uptime() + milliseconds(50);
-        while (host.uptime() < end) {
-        }
-    }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Linux, HostStatisticsContract, ProcHostBackend);
 
 } // namespace quillet

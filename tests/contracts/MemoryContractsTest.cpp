@@ -1,16 +1,11 @@
-#include "contracts/CommandsContract.h"
 #include "contracts/DesktopSettingsContract.h"
 #include "contracts/FocusedWindowContract.h"
-#include "contracts/HostStatisticsContract.h"
 #include "contracts/HotKeysContract.h"
 #include "contracts/KeyboardGrabContract.h"
 #include "contracts/PanelsContract.h"
 #include "contracts/PasteboardContract.h"
-#include "contracts/PowerContract.h"
 #include "contracts/PreferencesContract.h"
 #include "contracts/SchedulerContract.h"
-#include "contracts/ScreensContract.h"
-#include "contracts/SoundPlayerContract.h"
 #include "contracts/WorkspaceContract.h"
 #include "platform/memory/MemoryPlatform.h"
 
@@ -46,39 +41,6 @@ struct MemoryPreferencesBackend {
     void reopen() {}
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PreferencesContract, MemoryPreferencesBackend);
-
-struct MemoryCommandsBackend : MemoryBackend {
-    std::unique_ptr<Commands> commands = scripted();
-
-    std::unique_ptr<Commands> scripted() {
-        auto memory = std::make_unique<MemoryCommands>(scheduler);
-        memory->results = {
-            {u"/bin/sh"_s, {0, {}}},
-            {u"/bin/sh -c printf 'a b\\n'; echo oops >&2; exit 3"_s, {3, "a b\n"}},
-            {u"/bin/sh -c printf begun; kill -9 $$"_s, {-1, "begun"}},
-        };
-        return memory;
-    }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Memory, CommandsContract, MemoryCommandsBackend);
-
-struct MemorySoundBackend : MemoryBackend {
-    MemorySoundPlayer sounds{scheduler};
-
-    SoundPlayer& player() { return sounds; }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Memory, SoundPlayerContract, MemorySoundBackend);
-
-struct MemoryHostBackend : MemoryBackend {
-    MemoryHostStatistics host{scheduler};
-
-    HostStatistics& statistics() { return host; }
-    void work() {
-        host.ticks->user += 5;
-        scheduler.advance(milliseconds(50));
-    }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Memory, HostStatisticsContract, MemoryHostBackend);
 
 struct MemoryPasteboardBackend : MemoryBackend {
     MemoryPasteboard memory;
@@ -166,28 +128,5 @@ struct MemoryDesktopSettingsBackend : MemoryBackend {
     void setDarkElsewhere(bool dark) { memory.setDark(dark); }
 };
 INSTANTIATE_TYPED_TEST_SUITE_P(Memory, DesktopSettingsContract, MemoryDesktopSettingsBackend);
-
-struct MemoryPowerBackend {
-    MemoryPower memory;
-
-    Power& power() { return memory; }
-    void takeAbilityAway() { memory.isAvailable = false; }
-    int holders() { return int(memory.held().size()); }
-    void loseAll() { memory.loseAll(); }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Memory, PowerContract, MemoryPowerBackend);
-
-struct MemoryScreensBackend {
-    MemoryScreens memory;
-
-    MemoryScreensBackend() {
-        memory.screens.push_back(
-            {2, u"HDMI-1"_s, {{1440, -180}, {1920, 1080}}, {{1440, -180}, {1920, 1080}}, 1});
-    }
-
-    Screens& screens() { return memory; }
-    void movePointer(Point point) { memory.pointer = point; }
-};
-INSTANTIATE_TYPED_TEST_SUITE_P(Memory, ScreensContract, MemoryScreensBackend);
 
 } // namespace quillet

@@ -216,15 +216,6 @@ TEST_F(DesktopSettingsTest, afterAToggleThePortalsPreferenceOutweighsThePrograms
     EXPECT_FALSE(settings->isDark());
 }
 
-TEST_F(DesktopSettingsTest, fileManagersProgramsDoNotHoldUpTheAppearance) {
-    start(u"XFCE"_s);
-    settings->setFileManagerValue(Key::showAllFiles, true);
-    commands.calls.clear();
-    settings->toggleDark([](bool) {});
-    runCommands();
-    EXPECT_TRUE(commands.calls.first().contains(u"color-scheme"_s));
-}
-
 TEST_F(DesktopSettingsTest, everyDesktopKeepsIconsAndHiddenFilesInItsOwnPlaceOrSaysWhyItCannot) {
     struct Case {
         const char* desktop;

@@ -37,7 +37,8 @@ public:
         m_listener.serverTime(); // it is listening
     }
 
-    /// All that the server has delivered since forget().
+    /// All that the server has delivered since forget(). It may not have come round yet to what
+    /// this program itself has just posted.
     const QStringList& keys() {
         const auto isKey = [](const xcb_generic_event_t& event) {
             return eventType(event) == XCB_KEY_PRESS || eventType(event) == XCB_KEY_RELEASE;
@@ -81,8 +82,8 @@ struct InputParts {
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     X11RawInput rawInput{*connection};
     X11Screens screens{*connection};
-    X11HotKeys hotKeys{*connection, rawInput, scheduler};
     X11Panels panels{*connection, rawInput, screens, scheduler};
+    X11HotKeys hotKeys{*connection, rawInput, panels, scheduler};
     X11KeySynthesis keys{*connection, panels, scheduler};
 };
 

@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
-#include <QAbstractEventDispatcher>
 
 namespace quillet {
 
@@ -22,24 +21,6 @@ TEST(LinuxSchedulerTest, ticksMissedByABusyLoopAreNotMadeUpForAndTheGridStands) 
     ASSERT_TRUE(spinUntil([&] { return ticks.size() >= 3; }));
     EXPECT_GE(ticks[1], 200ms);
     EXPECT_GE(ticks[2], 250ms);
-}
-
-TEST(LinuxSchedulerTest, anIdleOrSleepingSchedulerNeverWakesTheEventLoop) {
-    LinuxScheduler scheduler;
-    int ticks = 0;
-    const auto timer = scheduler.every(10ms, 5ms, [&] { ++ticks; });
-    timer->sleep();
-    auto pending = scheduler.after(10ms, [&] { ++ticks; });
-    pending.reset();
-
-    const auto* dispatcher = QAbstractEventDispatcher::instance();
-    int wakeUps = 0;
-    const auto counting =
-        QObject::connect(dispatcher, &QAbstractEventDispatcher::awake, [&] { ++wakeUps; });
-    spinFor(200ms);
-    QObject::disconnect(counting);
-    EXPECT_EQ(ticks, 0);
-    EXPECT_LE(wakeUps, 3); // the end of the wait itself
 }
 
 TEST(LinuxSchedulerTest, destructionWaitsForWorkThatHasBegunAndDropsTheRest) {

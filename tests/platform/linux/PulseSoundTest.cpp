@@ -105,6 +105,8 @@ TEST_F(PulseSoundTest, stoppingAndRestartingCutASoundAtOnceAndNeverBlock) {
     spinFor(100ms);
     recorder.readAll(); // what was on its way
     EXPECT_LT(loudest(recording()), 0.01);
+    for (const char* name : {"Shutter", "None", "tink", "", "../sounds/Tink", "Tink.wav"})
+        EXPECT_FALSE(player.alertSound(QString::fromLatin1(name))) << name;
 }
 
 } // namespace quillet

@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 
 TEST(WaveTest, everyBuiltInSoundIsShortAudibleAndWithoutClicksAtItsEnds) {
     const QStringList files = QDir(u":/sounds"_s).entryList();
-    EXPECT_EQ(files.size(), 12);
+    EXPECT_EQ(files.join(u' ').remove(u".wav"_s),
+              u"Blow Bottle Frog Glass Hero Morse Ping Pop Purr Shutter Submarine Tink"_s);
     for (const QString& name : files) {
         SCOPED_TRACE(qPrintable(name));
         QFile file(u":/sounds/"_s + name);
