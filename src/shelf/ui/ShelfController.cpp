@@ -211,7 +211,7 @@ void ShelfController::paste(const std::shared_ptr<ClipItem>& item, bool plainTex
 void ShelfController::pasteEnded(bool posted) {
     m_services.view.sounds.play(posted ? Sounds::Event::paste : Sounds::Event::copy);
     if (!posted)
-        m_services.toast.show(tr("Copied — paste with ⌃V"), u"doc.on.doc"_s);
+        m_services.toast.show(tr("Copied — ready to paste"), u"doc.on.doc"_s);
 }
 
 } // namespace quillet
