@@ -20,7 +20,11 @@ QByteArray words(Values... values) {
 
 FakeApplication::FakeApplication(const QByteArray& display, const QByteArray& windowClass,
                                  const WindowForm& form)
-    : m_client(display), m_shown(xcb_generate_id(m_client.connection())) {
+    : m_client(display) {
+    // A window that has gone may still count as the active one, and its number is free again.
+    do
+        m_shown = xcb_generate_id(m_client.connection());
+    while (isActive());
     xcb_create_window(m_client.connection(), XCB_COPY_FROM_PARENT, m_shown, m_client.root(),
                       static_cast<int16_t>(form.frame.x()), static_cast<int16_t>(form.frame.y()),
                       static_cast<uint16_t>(form.frame.width()),
@@ -30,8 +34,6 @@ FakeApplication::FakeApplication(const QByteArray& display, const QByteArray& wi
     m_client.setProperty(m_shown, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, instanceAndClass);
     m_client.setProperty(m_shown, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, windowClass);
     describe(form);
-    // It may have got the number of a window that has gone but still counts as the active one.
-    eventually([this] { return !isActive(); });
     // A window manager that has only just started may overlook a window; a slow one needs its time.
     std::chrono::milliseconds patience(100);
     const auto shown = [&] {
