@@ -35,12 +35,6 @@ const HotKeyActionRow& row(HotKeyAction action) {
     return *std::ranges::find(hotKeyActions(), action, &HotKeyActionRow::action);
 }
 
-std::optional<HotKeyAction> hotKeyAction(uint32_t rawValue) {
-    const auto found = std::ranges::find(hotKeyActions(), static_cast<HotKeyAction>(rawValue),
-                                         &HotKeyActionRow::action);
-    return found != hotKeyActions().end() ? std::optional(found->action) : std::nullopt;
-}
-
 const std::vector<HotKeyGroup>& hotKeyGroups() {
     using enum HotKeyGroup;
     static const std::vector<HotKeyGroup> groups{capture, clipboard, windows};
@@ -55,14 +49,6 @@ QString rawValue(HotKeyGroup group) {
         return u"Clipboard"_s;
     case HotKeyGroup::windows:
         return u"Windows"_s;
-    }
-    return {};
-}
-
-std::optional<HotKeyGroup> hotKeyGroup(const QString& text) {
-    for (const HotKeyGroup group : hotKeyGroups()) {
-        if (rawValue(group) == text)
-            return group;
     }
     return {};
 }

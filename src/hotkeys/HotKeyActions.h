@@ -2,7 +2,6 @@
 
 #include "hotkeys/Shortcut.h"
 
-#include <optional>
 #include <QString>
 #include <vector>
 
@@ -37,10 +36,8 @@ struct HotKeyActionRow {
 /// Every action once, in the order in which they are shown and gone through.
 const std::vector<HotKeyActionRow>& hotKeyActions();
 const HotKeyActionRow& row(HotKeyAction action);
-std::optional<HotKeyAction> hotKeyAction(uint32_t rawValue);
 
 const std::vector<HotKeyGroup>& hotKeyGroups();
 QString rawValue(HotKeyGroup group);
-std::optional<HotKeyGroup> hotKeyGroup(const QString& text);
 
 } // namespace quillet

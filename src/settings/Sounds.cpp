@@ -35,14 +35,6 @@ QString Sounds::rawValue(Event event) {
     return row(event).rawValue;
 }
 
-std::optional<Sounds::Event> Sounds::eventWithRawValue(const QString& rawValue) {
-    for (const Event event : events) {
-        if (row(event).rawValue == rawValue)
-            return event;
-    }
-    return std::nullopt;
-}
-
 QString Sounds::title(Event event) {
     return QCoreApplication::translate("Sounds", row(event).title);
 }

@@ -19,7 +19,6 @@ public:
 
     static constexpr std::array events{Event::copy, Event::paste, Event::capture};
     static QString rawValue(Event event);
-    static std::optional<Event> eventWithRawValue(const QString& rawValue);
     static QString title(Event event);       ///< as the settings show it
     static QString description(Event event); ///< when it is heard, in a sentence
 
