@@ -166,20 +166,34 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
             refuse();
         return;
     }
+    const bool leftFill = move.window.fill.isAny();
     const Point corner = anchored(move.anchor, move.target, frame->size);
     const bool inPlace = isNear(frame->origin, corner);
-    const bool ignored = !move.anchored && isNear(*frame, move.window.frame) &&
-                         !(inPlace && isNear(frame->size, move.target.size, coarsestStep));
-    if (ignored && !move.askedAgain) {
+    const bool hasSize =
+        isNear(frame->size, move.target.size, leftFill ? roundingError : coarsestStep);
+    const bool stayed = isNear(*frame, move.window.frame) && !(inPlace && hasSize);
+    if ((stayed || !hasSize) && !move.askedAgain) {
         move.askedAgain = true;
-        apply(move, move.target);
-    } else if (!inPlace && !ignored && !move.anchored) {
+        stayed && !leftFill ? letGo(move) : apply(move, move.target);
+    } else if (!inPlace && !stayed && !move.anchored) {
         move.anchored = true;
         apply(move, {corner, frame->size});
-    } else if (!move.refused && (ignored || !isNear(frame->origin, corner, forgivable))) {
+    } else if (!move.refused &&
+               ((stayed && !move.anchored) || !isNear(frame->origin, corner, forgivable))) {
         move.refused = true;
         refuse();
     }
+}
+
+/// Window managers may hold a window fast that they tiled, and only let go of it for another
+/// place of theirs.
+void WindowSnapper::letGo(const Move& move) {
+    const Identity window = move.window.id;
+    m_services.windows.setFill(window, {.horizontally = true, .vertically = true});
+    m_services.windows.whenSettled(window, m_alive([this, move](const std::optional<Rect>& frame) {
+                                       if (frame)
+                                           apply(move, move.target);
+                                   }));
 }
 
 bool WindowSnapper::refuse() {

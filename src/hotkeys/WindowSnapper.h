@@ -17,10 +17,12 @@ namespace quillet {
 /// to the next fraction of the screen.
 ///
 /// An operation asks and returns; false where there was nothing to ask, of which the user was
-/// told. What comes of it is looked at later, and again when the program had second thoughts: a
-/// window that ignored the request is asked once more, one that took another size may keep it and
-/// is moved once to the edges where it belongs. Where it still is not in its place then, it is left
-/// there and the user hears one beep. None of that counts as the user's choice of a place.
+/// told. What comes of it is looked at later, and again when the program had second thoughts. A
+/// window of quite another size or place is asked once more: its program may have put back the
+/// size from before it was maximised, or the window manager may hold it where it tiled it. The size
+/// that it takes then it may keep; it is moved once to the edges where it belongs. Where it still
+/// is not in its place, it is left there and the user hears one beep. None of that counts as the
+/// user's choice of a place.
 class WindowSnapper {
 public:
     using Position = SnapPosition;
@@ -73,6 +75,7 @@ private:
     void move(const Move& move);
     void apply(Move move, const Rect& place);
     void verify(Move& move, const std::optional<Rect>& frame);
+    void letGo(const Move& move);
     bool refuse();
 
     void noteBefore(const Window& window);

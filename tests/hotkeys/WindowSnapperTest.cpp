@@ -151,7 +151,7 @@ TEST_F(WindowSnapperTest, aWindowWithASizeOfItsOwnKeepsTheEdgesOfItsPosition) {
         manners().minimum = row.minimum;
         manners().step = row.step;
         EXPECT_EQ(snap(row.position), row.expected);
-        EXPECT_LE(manners().requests, 2);
+        EXPECT_LE(manners().requests, 3);
     }
     window = windows.open({{1000, 100}, {300, 300}});
     manners().room = {{0, 0}, {1440, 925}}; // which cuts the first size off
@@ -180,9 +180,9 @@ TEST_F(WindowSnapperTest, aProgramThatUndoesASizeIsCorrectedOnceAndItsFrameIsNot
     const Rect chosen = manners().frame;
     manners().lateSize = chosen.size;
     EXPECT_EQ(snap(left), (Rect{{0, 25}, chosen.size}));
-    EXPECT_EQ(manners().requests, 1) << "its edges are where they belong";
+    EXPECT_EQ(manners().requests, 2) << "its edges are where they belong";
     EXPECT_EQ(snap(right), (Rect{{940, 25}, chosen.size}));
-    EXPECT_EQ(manners().requests, 3);
+    EXPECT_EQ(manners().requests, 5);
     EXPECT_EQ(workspace.beeps, 0);
     manners().lateSize = Size{600, 400}; // and again after the correction
     manners().minimum = {700, 0};
@@ -191,6 +191,21 @@ TEST_F(WindowSnapperTest, aProgramThatUndoesASizeIsCorrectedOnceAndItsFrameIsNot
     manners().lateSize.reset();
     snapper.restore();
     EXPECT_EQ(settle(), chosen);
+}
+
+TEST_F(WindowSnapperTest, aWindowComesToItsPlaceFromWhereItsProgramOrTheDesktopHeldIt) {
+    manners().fill = {.horizontally = true, .vertically = true};
+    manners().lateSize = Size{690, 880}; // the one that it had before it was maximised
+    snapper.snap(right);
+    scheduler.advance(std::chrono::milliseconds(30));
+    manners().lateSize.reset();
+    EXPECT_EQ(settle(), (Rect{{720, 25}, {720, 900}}));
+
+    window = windows.open({{0, 25}, {720, 900}});
+    manners().isTiled = true;
+    EXPECT_EQ(snap(bottom), (Rect{{0, 475}, {1440, 450}}));
+    EXPECT_FALSE(manners().fill.isAny());
+    EXPECT_EQ(workspace.beeps, 0);
 }
 
 TEST_F(WindowSnapperTest, aWindowThatFilledTheScreenDoesSoAgainWhenItIsRestored) {

@@ -20,7 +20,7 @@ std::optional<Rect> MemoryFocusedWindow::topLeftFrame(Identity window) const {
 
 void MemoryFocusedWindow::setSize(Identity window, const Size& size) {
     const auto found = m_windows.find(window);
-    if (found == m_windows.end() || !found->second.obeys)
+    if (found == m_windows.end() || !found->second.obeys || found->second.isTiled)
         return;
     Window& w = found->second;
     w.fill = {};
@@ -35,7 +35,7 @@ void MemoryFocusedWindow::setTopLeft(Identity window, const Point& corner) {
     if (found == m_windows.end())
         return;
     ++found->second.requests;
-    if (!found->second.obeys)
+    if (!found->second.obeys || found->second.isTiled)
         return;
     found->second.fill = {};
     found->second.frame.origin = corner;
@@ -48,8 +48,10 @@ WindowFill MemoryFocusedWindow::fill(Identity window) const {
 
 void MemoryFocusedWindow::setFill(Identity window, const WindowFill& fill) {
     const auto found = m_windows.find(window);
-    if (found != m_windows.end() && found->second.obeys)
-        found->second.fill = fill;
+    if (found == m_windows.end() || !found->second.obeys)
+        return;
+    found->second.fill = fill;
+    found->second.isTiled = false;
 }
 
 void MemoryFocusedWindow::whenSettled(Identity window, Settled settled) {
@@ -77,7 +79,8 @@ void MemoryFocusedWindow::report(Identity window) {
         found->second.frame.size == *found->second.lateSize)
         return;
     const auto changeItsMind = [this, window] {
-        if (const auto open = m_windows.find(window); open != m_windows.end())
+        const auto open = m_windows.find(window);
+        if (open != m_windows.end() && open->second.lateSize)
             open->second.frame.size = *open->second.lateSize;
         report(window);
     };

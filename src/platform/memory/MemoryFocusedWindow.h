@@ -19,6 +19,7 @@ public:
         WindowFill fill{};
         Rect room{}; ///< not empty: its far edges stop the window from growing beyond them
         bool obeys = true;
+        bool isTiled = false;           ///< which holds it where it is until it fills the screen
         std::optional<Size> lateSize{}; ///< the program takes it a moment after every move
         int requests = 0;               ///< how often it was asked to move
     };

@@ -251,8 +251,11 @@ TEST_F(X11SnapTest, aProgramThatUndoesASizeALittleLaterKeepsTheEdgesOfItsPositio
         });
     };
     patient.snap(Position::right);
-    EXPECT_TRUE(comesSlowlyTo(rightHalf));
-    application.resize({320, 200});
+    for (int undone = 0; undone < 2; ++undone) {
+        EXPECT_TRUE(comesSlowlyTo(rightHalf));
+        application.resize({320, 200});
+        EXPECT_TRUE(spinUntil([&] { return !isAt(application, rightHalf); }));
+    }
     EXPECT_TRUE(comesSlowlyTo({QPoint(1920 - before.width(), 0), before.size()}));
     patient.snap(Position::bottom);
     EXPECT_TRUE(comesSlowlyTo({0, 540, 1920, 540}));
