@@ -70,8 +70,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     auto pasteboard = std::make_unique<X11Pasteboard>(connection, *platform.scheduler);
     auto panels = std::make_unique<X11Panels>(connection, foundation->rawInput, *screens,
                                               *platform.scheduler);
-    auto hotKeys =
-        std::make_unique<X11HotKeys>(connection, foundation->rawInput, *platform.scheduler);
+    auto hotKeys = std::make_unique<X11HotKeys>(connection, foundation->rawInput, *panels,
+                                                *platform.scheduler);
     platform.access = std::make_unique<X11Access>(connection, *platform.commands);
     auto power = std::make_unique<LinuxPower>(
         buses, *platform.commands, *platform.scheduler,

@@ -103,6 +103,28 @@ TEST_F(X11PanelsTest, theKeyPanelGetsWhatIsTypedAndNobodyElseUntilItIsTakenAway)
     EXPECT_EQ(resigned, 0);
 }
 
+TEST_F(X11PanelsTest, whatIsTypedWhileAShortcutActsWaitsForThePanelThatItOpens) {
+    KeyLog target;
+    const auto shortcut = hotKeys.add(9, 0x300, 7);
+    bool opens = true;
+    std::unique_ptr<Timer> action;
+    hotKeys.onPressed = [&](uint32_t) {
+        action = scheduler.after(0ms, [&] {
+            run(u"xdotool key e"_s);
+            if (opens)
+                panel->makeKeyAndOrderFront();
+        });
+    };
+    run(u"xdotool key super+shift+v"_s);
+    EXPECT_TRUE(spinUntil([&] { return search.text() == u"e"_s; }));
+    EXPECT_FALSE(target.keys().contains(u"press e 0x0"_s));
+    panel->orderOut();
+
+    opens = false;
+    run(u"xdotool key super+shift+v"_s);
+    EXPECT_TRUE(spinUntil([&] { return target.keys().contains(u"press e 0x0"_s); }));
+}
+
 TEST_F(X11PanelsTest, itLosesTheKeyboardToAClickElsewhereOrToAnotherActiveWindow) {
     const KeyLog target;
     panel->makeKeyAndOrderFront();

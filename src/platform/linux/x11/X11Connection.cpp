@@ -32,6 +32,11 @@ bool isMadeThrough(xcb_connection_t* xcb, xcb_window_t window) {
 
 } // namespace
 
+xcb_connection_t* X11Connection::toolkit() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
 bool X11Connection::displayAnswers() {
     xcb_connection_t* xcb = xcb_connect(nullptr, nullptr);
     const bool answers = !xcb_connection_has_error(xcb);
@@ -85,8 +90,7 @@ bool X11Connection::owns(xcb_window_t window) const {
 }
 
 bool X11Connection::isOurs(xcb_window_t window) const {
-    const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return owns(window) || (toolkit && isMadeThrough(toolkit->connection(), window));
+    return owns(window) || (toolkit() && isMadeThrough(toolkit(), window));
 }
 
 /// By the server, which knows better than the client; by the client's word where the server does

@@ -37,6 +37,9 @@ public:
     /// XFixes 2 or later.
     static std::unique_ptr<X11Connection> open();
 
+    /// The toolkit's own connection; null where somebody chose another backend for the toolkit.
+    static xcb_connection_t* toolkit();
+
     /// Whether the environment names a display that answers. Needs no application object.
     static bool displayAnswers();
 

@@ -19,6 +19,9 @@ constexpr Scheduler::Duration keymapSettles{50};
 // By then the server has answered, and nobody has to wait for it.
 constexpr Scheduler::Duration keysAreTold{50};
 
+// Whoever is told of a shortcut acts in the turn of the event loop that follows.
+constexpr Scheduler::Duration actionHasRun{0};
+
 } // namespace
 
 class X11HotKeys::Entry : public Registration {
@@ -38,8 +41,13 @@ private:
     X11HotKeys& m_service;
 };
 
-X11HotKeys::X11HotKeys(X11Connection& connection, X11RawInput& rawInput, Scheduler& scheduler)
-    : m_connection(connection), m_rawInput(rawInput), m_scheduler(scheduler) {
+X11HotKeys::X11HotKeys(X11Connection& connection, X11RawInput& rawInput, const X11Panels& panels,
+                       Scheduler& scheduler)
+    : m_connection(connection),
+      m_rawInput(rawInput),
+      m_panels(panels),
+      m_scheduler(scheduler),
+      m_xcb(X11Connection::toolkit() ? X11Connection::toolkit() : connection.xcb()) {
     loadKeymap();
     if (!m_keymap)
         return;
@@ -105,14 +113,13 @@ std::vector<X11HotKeys::Grab> X11HotKeys::grabsFor(uint32_t keyCode, uint32_t mo
 }
 
 bool X11HotKeys::grab(const std::vector<Grab>& wanted) {
-    xcb_connection_t* xcb = m_connection.xcb();
     std::vector<xcb_void_cookie_t> asked;
     for (const Grab& grab : wanted)
-        asked.push_back(xcb_grab_key_checked(xcb, 1, m_connection.root(), grab.modifiers, grab.key,
-                                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        asked.push_back(xcb_grab_key_checked(m_xcb, 0, m_connection.root(), grab.modifiers,
+                                             grab.key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
     bool all = true;
     for (const xcb_void_cookie_t cookie : asked) {
-        const XcbOwned<xcb_generic_error_t> error(xcb_request_check(xcb, cookie));
+        const XcbOwned<xcb_generic_error_t> error(xcb_request_check(m_xcb, cookie));
         all = all && !error;
     }
     if (!all)
@@ -123,9 +130,9 @@ bool X11HotKeys::grab(const std::vector<Grab>& wanted) {
 void X11HotKeys::ungrab(const std::vector<Grab>& grabs) {
     for (const Grab& grab : grabs) {
         if (!isHeld(grab))
-            xcb_ungrab_key(m_connection.xcb(), grab.key, m_connection.root(), grab.modifiers);
+            xcb_ungrab_key(m_xcb, grab.key, m_connection.root(), grab.modifiers);
     }
-    m_connection.flush();
+    xcb_flush(m_xcb);
 }
 
 /// Whether a registration stands on it.
@@ -168,19 +175,8 @@ void X11HotKeys::remove(Entry& entry) {
 }
 
 void X11HotKeys::handle(const xcb_generic_event_t& event) {
+    takeKey(event);
     const uint8_t type = event.response_type & 0x7f;
-    if (type == XCB_KEY_PRESS) {
-        const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-        // The grab would last until the key is up, and nobody else could take the keyboard.
-        xcb_ungrab_keyboard(m_connection.xcb(), key.time);
-        m_connection.flush();
-        pressed(key);
-    } else if (type == XCB_KEY_RELEASE) {
-        // A key that repeated has brought the grab back, and no raw event tells of its release.
-        const auto& key = reinterpret_cast<const xcb_key_release_event_t&>(event);
-        if (m_keyDown == key.detail)
-            m_releasedAt = key.time;
-    }
     const bool isKeymapChange = type == XCB_MAPPING_NOTIFY ||
                                 (type == m_xkbEvent && (event.pad0 == XCB_XKB_NEW_KEYBOARD_NOTIFY ||
                                                         event.pad0 == XCB_XKB_MAP_NOTIFY));
@@ -189,46 +185,84 @@ void X11HotKeys::handle(const xcb_generic_event_t& event) {
 }
 
 bool X11HotKeys::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
-    if (type != "xcb_generic_event_t")
-        return false;
-    const auto& event = *static_cast<const xcb_generic_event_t*>(message);
-    return (event.response_type & 0x7f) == XCB_KEY_PRESS &&
-           pressed(reinterpret_cast<const xcb_key_press_event_t&>(event));
+    return type == "xcb_generic_event_t" && takeKey(*static_cast<xcb_generic_event_t*>(message));
 }
 
-/// Whether the key belongs to a shortcut.
+/// Whether it is the press of a shortcut's key.
+bool X11HotKeys::takeKey(const xcb_generic_event_t& event) {
+    const uint8_t type = event.response_type & 0x7f;
+    if (type == XCB_KEY_PRESS)
+        return pressed(reinterpret_cast<const xcb_key_press_event_t&>(event));
+    if (type == XCB_KEY_RELEASE) {
+        // It may be known before the raw event, and a key that repeats is pressed in that moment.
+        const auto& key = reinterpret_cast<const xcb_key_release_event_t&>(event);
+        if (m_keyDown == key.detail)
+            m_releasedAt = key.time;
+    }
+    return false;
+}
+
 bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
+    const bool isGrabbed = event.event == m_connection.root();
+    const bool repeats = isRepeat(event);
+    const std::vector<uint32_t> ids = repeats ? std::vector<uint32_t>() : idsOf(event);
+    if (ids.empty()) {
+        if (isGrabbed)
+            letKeyboardGo(event.time);
+        return repeats;
+    }
+    keyIsDown(event.detail);
+    if (isGrabbed)
+        holdKeyboard(event.time);
+    const auto report = [this, ids, isGrabbed, time = event.time] {
+        for (const uint32_t id : ids) {
+            if (onPressed)
+                onPressed(id);
+        }
+        if (isGrabbed)
+            m_holdEnd = m_scheduler.after(actionHasRun, [this, time] {
+                if (!m_panels.takeKeyboard())
+                    letKeyboardGo(time);
+            });
+    };
+    QMetaObject::invokeMethod(&m_connection, m_alive(report), Qt::QueuedConnection);
+    return true;
+}
+
+/// Of a shortcut's key, also when its modifiers were let go first: it is not meant to be typed.
+bool X11HotKeys::isRepeat(const xcb_key_press_event_t& event) {
+    checkKeyDown();
+    if (m_keyDown != event.detail)
+        return false;
+    const auto releasedAt = std::exchange(m_releasedAt, std::nullopt);
+    if (!releasedAt || releasedAt == event.time)
+        return true;
+    keyIsUp();
+    return false;
+}
+
+std::vector<uint32_t> X11HotKeys::idsOf(const xcb_key_press_event_t& event) const {
     const Grab pressed{event.detail, static_cast<uint16_t>(event.state & 0xff)};
     std::vector<uint32_t> ids;
     for (const Entry* entry : m_entries) {
         if (std::find(entry->grabs.begin(), entry->grabs.end(), pressed) != entry->grabs.end())
             ids.push_back(entry->id);
     }
-    checkKeyDown();
-    if (m_keyDown == event.detail) {
-        const auto releasedAt = std::exchange(m_releasedAt, std::nullopt);
-        if (!releasedAt || releasedAt == event.time)
-            return true; // also when its modifiers were let go first: it is not meant to be typed
-        keyIsUp();
-    }
-    if (ids.empty())
-        return false;
-    for (const uint32_t id : ids)
-        report(id);
-    m_keyDown = event.detail;
-    m_release = m_rawInput.watch(X11RawInput::Kind::keyRelease, [this](uint32_t key) {
-        if (m_keyDown == key)
+    return ids;
+}
+
+void X11HotKeys::keyIsDown(xcb_keycode_t key) {
+    m_release = m_rawInput.watch(X11RawInput::Kind::keyRelease, [this](uint32_t released) {
+        if (m_keyDown == released)
             keyIsUp();
     });
-    if (!m_release) {
-        m_keyDown.reset();
-        return true;
-    }
+    if (!m_release)
+        return;
+    m_keyDown = key;
     // It may have come up before the watch began. What the shortcut opens need not wait for that.
     m_keysAsked = xcb_query_keymap(m_connection.xcb());
     m_connection.flush();
     m_keyCheck = m_scheduler.after(keysAreTold, [this] { checkKeyDown(); });
-    return true;
 }
 
 void X11HotKeys::checkKeyDown() {
@@ -250,12 +284,18 @@ void X11HotKeys::keyIsUp() {
     m_releasedAt.reset();
 }
 
-void X11HotKeys::report(uint32_t id) {
-    QMetaObject::invokeMethod(&m_connection, m_alive([this, id] {
-        if (onPressed)
-            onPressed(id);
-    }),
-                              Qt::QueuedConnection);
+/// Keeps the grab of the key that was pressed, which would end with the key.
+void X11HotKeys::holdKeyboard(xcb_timestamp_t time) {
+    const auto asked = xcb_grab_keyboard(m_xcb, 0, m_connection.root(), time, XCB_GRAB_MODE_ASYNC,
+                                         XCB_GRAB_MODE_SYNC);
+    xcb_discard_reply(m_xcb, asked.sequence);
+    xcb_flush(m_xcb);
+}
+
+/// Without effect on grabs that are later than `time`.
+void X11HotKeys::letKeyboardGo(xcb_timestamp_t time) {
+    xcb_ungrab_keyboard(m_xcb, time);
+    xcb_flush(m_xcb);
 }
 
 } // namespace quillet

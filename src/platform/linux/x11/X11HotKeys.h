@@ -3,6 +3,7 @@
 #include "platform/Alive.h"
 #include "platform/HotKeyService.h"
 #include "platform/linux/x11/X11Keymap.h"
+#include "platform/linux/x11/X11Panels.h"
 #include "platform/linux/x11/X11RawInput.h"
 #include "platform/Scheduler.h"
 
@@ -13,10 +14,15 @@ namespace quillet {
 /// Shortcuts as passive grabs of keys on the root, each with every combination of the lock
 /// modifiers. When the keyboard's layout changes, the grabs move to where the symbols are then.
 /// Command is the Super key. While a panel or menu of this program has the keyboard, grabs do not
-/// work, so its keys are looked at, too. Outlives its registrations.
+/// work, so its keys are looked at, too.
+///
+/// The grabs are the toolkit's, as those of panels are: the grab of a key that was pressed is kept,
+/// with all further keys waiting in the server, until the panel that it opens takes it over, so
+/// that nothing typed meanwhile goes elsewhere. Outlives its registrations.
 class X11HotKeys : public HotKeyService, private QAbstractNativeEventFilter {
 public:
-    X11HotKeys(X11Connection& connection, X11RawInput& rawInput, Scheduler& scheduler);
+    X11HotKeys(X11Connection& connection, X11RawInput& rawInput, const X11Panels& panels,
+               Scheduler& scheduler);
     ~X11HotKeys() override;
 
     /// Whether the server tells enough about the keyboard.
@@ -43,22 +49,30 @@ private:
 
     void handle(const xcb_generic_event_t& event);
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
+    bool takeKey(const xcb_generic_event_t& event);
     bool pressed(const xcb_key_press_event_t& event);
+    bool isRepeat(const xcb_key_press_event_t& event);
+    std::vector<uint32_t> idsOf(const xcb_key_press_event_t& event) const;
+    void keyIsDown(xcb_keycode_t key);
     void checkKeyDown();
     void keyIsUp();
-    void report(uint32_t id);
+    void holdKeyboard(xcb_timestamp_t time);
+    void letKeyboardGo(xcb_timestamp_t time);
 
     X11Connection& m_connection;
     X11RawInput& m_rawInput;
+    const X11Panels& m_panels;
     Scheduler& m_scheduler;
+    xcb_connection_t* m_xcb; ///< has the grabs
     uint8_t m_xkbEvent = 0;
     std::unique_ptr<X11Keymap> m_keymap; ///< null without the keyboard extension
     std::vector<Entry*> m_entries;
     std::optional<xcb_keycode_t> m_keyDown;               ///< the shortcut's key that is being held
     X11RawInput::Watch m_release;                         ///< of that key
-    std::optional<xcb_timestamp_t> m_releasedAt;          ///< or between two of its repeats
+    std::optional<xcb_timestamp_t> m_releasedAt;          ///< for good or between two repeats
     std::optional<xcb_query_keymap_cookie_t> m_keysAsked; ///< when it went down
     std::unique_ptr<Timer> m_keyCheck;
+    std::unique_ptr<Timer> m_holdEnd;
     std::unique_ptr<Timer> m_keymapChange;
     X11Connection::Listening m_listening;
     Alive m_alive;

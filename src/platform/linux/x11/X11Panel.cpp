@@ -25,11 +25,9 @@ constexpr Scheduler::Duration focusDeadline{300};
 
 constexpr uint8_t sentByProgram = 0x80;
 
-/// The toolkit's connection made the window, so requests about it keep their order there. Null
-/// where somebody chose another backend for the toolkit.
+/// It made the window, so requests about the window keep their order there.
 xcb_connection_t* toolkit() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
+    return X11Connection::toolkit();
 }
 
 xcb_window_t windowOf(const QWidget& widget) {
@@ -224,13 +222,18 @@ void X11Panel::takeKeyboard(int attemptsLeft) {
     xcb_flush(toolkit());
     m_retry = m_panels.m_scheduler.after(grabRetry, [this, attemptsLeft] {
         if (hasTakenKeyboard())
-            // A modal window takes the focus away; the user's keys must not wait for ever.
-            m_retry = m_panels.m_scheduler.after(focusDeadline, [this] { letKeysThrough(); });
+            awaitFocus();
         else if (attemptsLeft == 0)
             takeFocus();
         else
             takeKeyboard(attemptsLeft - 1);
     });
+}
+
+/// A modal window takes the focus away; the user's keys must not wait for ever.
+void X11Panel::awaitFocus() {
+    if (!hasFocus())
+        m_retry = m_panels.m_scheduler.after(focusDeadline, [this] { letKeysThrough(); });
 }
 
 bool X11Panel::hasFocus() const {
@@ -260,6 +263,7 @@ void X11Panel::takeFocus() {
     if (!toolkit())
         return;
     qCWarning(logPanels, "another program holds the keyboard; the panel gets keys when it lets go");
+    xcb_ungrab_keyboard(toolkit(), XCB_CURRENT_TIME); // what the shortcut that opened it still has
     const XcbOwned<xcb_get_input_focus_reply_t> focus(
         xcb_get_input_focus_reply(toolkit(), xcb_get_input_focus(toolkit()), nullptr));
     m_focusBefore = focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};

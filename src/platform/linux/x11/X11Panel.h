@@ -41,6 +41,7 @@ private:
     void awaitPixels();
     void applyShape();
     void takeKeyboard(int attemptsLeft);
+    void awaitFocus();
     bool hasFocus() const;
     void letKeysThrough();
     bool hasTakenKeyboard();

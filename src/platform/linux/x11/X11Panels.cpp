@@ -3,7 +3,6 @@
 #include "platform/linux/x11/X11Panel.h"
 
 #include <algorithm>
-#include <QGuiApplication>
 #include <xcb/xfixes.h>
 
 namespace quillet {
@@ -94,10 +93,10 @@ void X11Panels::buttonPressed(uint32_t button) {
 bool X11Panels::isPointerOnOurs() const {
     const XcbOwned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
         m_connection.xcb(), xcb_query_pointer(m_connection.xcb(), m_connection.root()), nullptr));
-    const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t* toolkit = X11Connection::toolkit();
     if (!pointer || !toolkit)
         return false;
-    const xcb_setup_t* setup = xcb_get_setup(toolkit->connection());
+    const xcb_setup_t* setup = xcb_get_setup(toolkit);
     return pointer->child != XCB_WINDOW_NONE &&
            (pointer->child & ~setup->resource_id_mask) == setup->resource_id_base;
 }

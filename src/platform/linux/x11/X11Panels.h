@@ -28,6 +28,9 @@ public:
     /// the one under the pointer where the focus follows it.
     void askForKeyboardBack() const;
 
+    /// Whether a panel has the keyboard or is about to, by a grab of the toolkit's.
+    bool takeKeyboard() const { return m_key && X11Connection::toolkit(); }
+
     /// Takes the keyboard away from the panel that has it, as when the user turns elsewhere.
     void resignKey();
 
