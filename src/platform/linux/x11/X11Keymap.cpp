@@ -57,7 +57,7 @@ std::vector<xcb_keycode_t> X11Keymap::shortcutKeys(const KeyMeaning& wanted) con
     std::vector<xcb_keycode_t> found;
     for (const uint32_t layout : m_layouts) {
         for (uint32_t level = 0; level < levels && found.empty(); ++level) {
-            for (const xcb_keycode_t key : keys()) {
+            for (const xcb_keycode_t key : keysOfLayouts()) {
                 if (types(key, layout, level, wanted.keysym))
                     found.push_back(key);
             }
@@ -142,9 +142,26 @@ bool X11Keymap::hasSymbol(xcb_keycode_t key, std::initializer_list<xcb_keysym_t>
 }
 
 bool X11Keymap::isLatin(uint32_t layout) const {
-    const std::vector<xcb_keycode_t> all = keys();
+    const std::vector<xcb_keycode_t> all = keysOfLayouts();
     return std::any_of(all.begin(), all.end(),
                        [&](xcb_keycode_t key) { return types(key, layout, 0, XKB_KEY_a); });
+}
+
+std::vector<xcb_keycode_t> X11Keymap::keysOfLayouts() const {
+    std::vector<xcb_keycode_t> found = keys();
+    std::erase_if(found, [this](xcb_keycode_t key) {
+        // Keys that have a place on keyboards are named after it, the others I and a number.
+        const char* name = xkb_keymap_key_get_name(m_keymap, key);
+        const bool hasPlace = name && !(name[0] == 'I' && name[1] >= '0' && name[1] <= '9');
+        return !hasPlace && typesCharacter(key);
+    });
+    return found;
+}
+
+bool X11Keymap::typesCharacter(xcb_keycode_t key) const {
+    const xkb_keysym_t* symbols = nullptr;
+    const int count = xkb_keymap_key_get_syms_by_level(m_keymap, key, 0, 0, &symbols);
+    return count == 1 && xkb_keysym_to_utf32(symbols[0]) != 0;
 }
 
 std::vector<xcb_keycode_t> X11Keymap::keys() const {

@@ -56,6 +56,11 @@ private:
     bool isLatin(uint32_t layout) const;
     std::vector<xcb_keycode_t> keys() const;
 
+    /// Without keys that have no place on a keyboard and yet type a character: a program, perhaps
+    /// this one, has lent it to them for a moment.
+    std::vector<xcb_keycode_t> keysOfLayouts() const;
+    bool typesCharacter(xcb_keycode_t key) const;
+
     xkb_keymap* m_keymap;
     uint32_t m_layout;                                     ///< in use
     std::vector<uint32_t> m_layouts;                       ///< the Latin one first
