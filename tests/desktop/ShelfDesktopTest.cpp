@@ -1,6 +1,7 @@
 #include "desktop/ShelfDesktop.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 
 namespace quillet {
@@ -140,15 +141,23 @@ TEST_F(ShelfLoopDesktop, itPastesAndObeysInEveryKeyboardLayout) {
         openShelf(v);
         press(u"key Return"_s);
         EXPECT_TRUE(becomes(editor, u"beta"_s));
+        // A key that was lent to paste with moves no shortcut.
+        press(u"sleep 0.2 key super+shift+"_s + v);
+        EXPECT_TRUE(eventually([] { return windowNamed("Quillet Shelf"); }));
+        press(u"key Escape"_s);
+        EXPECT_TRUE(isShelfGone());
     }
     session().run(u"setxkbmap"_s, {u"us"_s, u"-option"_s});
 }
 
 TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
+    quillet.quit();
+    quillet.writePreferences({{u"paste.terminals"_s, QJsonArray{u"MyTerm"_s}}});
+    ASSERT_TRUE(quillet.start());
     const QString received = session().home() + u"/received"_s;
     const auto terminal = session().start(
         u"xterm"_s,
-        {u"-xrm"_s,
+        {u"-class"_s, u"myterm"_s, u"-xrm"_s,
          u"*VT100.translations: #override Ctrl Shift <Key>V: insert-selection(CLIPBOARD)"_s,
          u"-e"_s, u"sh"_s, u"-c"_s, u"stty raw -echo; cat > "_s + received});
     const auto content = [&] {
@@ -159,7 +168,7 @@ TEST_F(ShelfLoopDesktop, aTerminalGetsItWithShift) {
     XClient client(display());
     ASSERT_TRUE(eventually([&] {
         const auto windowClass = client.property(activeWindow(client), XCB_ATOM_WM_CLASS);
-        return windowClass.bytes.startsWith("xterm");
+        return windowClass.bytes.contains("myterm");
     }));
     openShelf();
     press(u"key Return"_s);

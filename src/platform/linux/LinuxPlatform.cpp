@@ -105,7 +105,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     };
     platform.workspace = std::move(workspace);
     platform.pasteboard = std::move(pasteboard);
-    platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.scheduler);
+    platform.keys = std::make_unique<X11KeySynthesis>(connection, *panels, *platform.preferences,
+                                                      *platform.scheduler);
     platform.keyboard = std::make_unique<X11KeyboardGrab>(connection, *panels, *platform.scheduler);
     platform.power = std::move(power);
     platform.screens = std::move(screens);

@@ -5,6 +5,7 @@
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11KeySynthesis.h"
 #include "platform/linux/x11/X11Panels.h"
+#include "platform/memory/MemoryPreferences.h"
 #include "support/FakeApplication.h"
 
 #include <gtest/gtest.h>
@@ -84,7 +85,8 @@ struct InputParts {
     X11Screens screens{*connection};
     X11Panels panels{*connection, rawInput, screens, scheduler};
     X11HotKeys hotKeys{*connection, rawInput, panels, scheduler};
-    X11KeySynthesis keys{*connection, panels, scheduler};
+    MemoryPreferences preferences;
+    X11KeySynthesis keys{*connection, panels, preferences, scheduler};
 };
 
 class InputDesktop : public testing::Test, protected InputParts {

@@ -38,41 +38,40 @@ constexpr ModifierFlag modifierFlags[] = {
 constexpr uint64_t commandFlag = 1U << 20;
 constexpr uint64_t shiftFlag = 1U << 17;
 
-/// Classes of windows in which Control+Shift+V pastes, in lower case.
-constexpr QByteArrayView terminals[] = {
-    "alacritty",
-    "blackbox",
-    "com.mitchellh.ghostty",
-    "com.raggesilver.blackbox",
-    "cool-retro-term",
-    "deepin-terminal",
-    "gnome-terminal",
-    "gnome-terminal-server",
-    "guake",
-    "io.elementary.terminal",
-    "kgx",
-    "kitty",
-    "konsole",
-    "lxterminal",
-    "mate-terminal",
-    "org.gnome.console",
-    "org.gnome.ptyxis",
-    "org.wezfurlong.wezterm",
-    "pantheon-terminal",
-    "qterminal",
-    "roxterm",
-    "sakura",
-    "st-256color",
-    "terminator",
-    "terminology",
-    "termite",
-    "tilda",
-    "tilix",
-    "uxterm",
-    "xfce4-terminal",
-    "xterm",
-    "yakuake",
-};
+/// Classes of windows in which Control+Shift+V pastes.
+const PreferenceKey<QStringList> terminals{u"paste.terminals"_s,
+                                           {u"alacritty"_s,
+                                            u"blackbox"_s,
+                                            u"com.mitchellh.ghostty"_s,
+                                            u"com.raggesilver.blackbox"_s,
+                                            u"cool-retro-term"_s,
+                                            u"deepin-terminal"_s,
+                                            u"gnome-terminal"_s,
+                                            u"gnome-terminal-server"_s,
+                                            u"guake"_s,
+                                            u"io.elementary.terminal"_s,
+                                            u"kgx"_s,
+                                            u"kitty"_s,
+                                            u"konsole"_s,
+                                            u"lxterminal"_s,
+                                            u"mate-terminal"_s,
+                                            u"org.gnome.console"_s,
+                                            u"org.gnome.ptyxis"_s,
+                                            u"org.wezfurlong.wezterm"_s,
+                                            u"pantheon-terminal"_s,
+                                            u"qterminal"_s,
+                                            u"roxterm"_s,
+                                            u"sakura"_s,
+                                            u"st-256color"_s,
+                                            u"terminator"_s,
+                                            u"terminology"_s,
+                                            u"termite"_s,
+                                            u"tilda"_s,
+                                            u"tilix"_s,
+                                            u"uxterm"_s,
+                                            u"xfce4-terminal"_s,
+                                            u"xterm"_s,
+                                            u"yakuake"_s}};
 
 std::set<xcb_keycode_t> modifierKeys(const X11Keymap& keymap, uint64_t flags) {
     std::set<xcb_keycode_t> keys;
@@ -87,11 +86,13 @@ std::set<xcb_keycode_t> modifierKeys(const X11Keymap& keymap, uint64_t flags) {
 } // namespace
 
 X11KeySynthesis::X11KeySynthesis(X11Connection& connection, const X11Panels& panels,
-                                 Scheduler& scheduler)
+                                 Preferences& preferences, Scheduler& scheduler)
     : m_connection(connection),
       m_panels(panels),
+      m_preferences(preferences),
       m_scheduler(scheduler),
       m_hidden(connection.createHiddenWindow(XCB_EVENT_MASK_NO_EVENT)) {
+    preferences.registerDefault(terminals);
     xcb_connection_t* xcb = connection.xcb();
     const auto* test = xcb_get_extension_data(xcb, &xcb_test_id);
     m_hasTest = test && test->present;
@@ -168,10 +169,11 @@ bool X11KeySynthesis::isTargetTerminal() const {
         m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 1);
     if (active.empty())
         return false;
+    const QStringList known = m_preferences.value(terminals);
     const QList<QByteArray> names =
-        m_connection.bytes(active.front(), XCB_ATOM_WM_CLASS).toLower().split('\0');
-    return std::any_of(names.begin(), names.end(), [](const QByteArray& name) {
-        return std::find(std::begin(terminals), std::end(terminals), name) != std::end(terminals);
+        m_connection.bytes(active.front(), XCB_ATOM_WM_CLASS).split('\0');
+    return std::any_of(names.begin(), names.end(), [&known](const QByteArray& name) {
+        return known.contains(QString::fromUtf8(name), Qt::CaseInsensitive);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/KeySynthesis.h"
 #include "platform/linux/x11/X11Keymap.h"
+#include "platform/Preferences.h"
 #include "platform/Scheduler.h"
 
 #include <set>
@@ -15,7 +16,8 @@ class X11Panels;
 /// cannot type is lent an unused key for a moment.
 class X11KeySynthesis : public KeySynthesis {
 public:
-    X11KeySynthesis(X11Connection& connection, const X11Panels& panels, Scheduler& scheduler);
+    X11KeySynthesis(X11Connection& connection, const X11Panels& panels, Preferences& preferences,
+                    Scheduler& scheduler);
     ~X11KeySynthesis() override;
 
     void post(const std::vector<KeyEvent>& events, Completion completion) override;
@@ -42,6 +44,7 @@ private:
 
     X11Connection& m_connection;
     const X11Panels& m_panels;
+    const Preferences& m_preferences;
     Scheduler& m_scheduler;
     bool m_hasTest;
     xcb_window_t m_hidden;
