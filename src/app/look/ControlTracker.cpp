@@ -50,6 +50,7 @@ ControlTracker::ControlTracker(QWidget& control, const Look& look, double corner
       m_cornerRadius(cornerRadius),
       m_margin(margin),
       m_fade(look.scheduler) {
+    control.setFocusPolicy(Qt::TabFocus);
     control.installEventFilter(this);
     connect(&look.theme, &Theme::changed, this, [this] { m_control.update(); });
 }

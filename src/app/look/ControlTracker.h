@@ -11,7 +11,8 @@ namespace quillet {
 
 /// What all controls do alike, as a member of each: fade the ground under the pointer, show a ring
 /// around the control while the keyboard has moved the focus there, and repaint when the theme
-/// changes. The ring is a sibling of the control, since it lies outside of it.
+/// changes. A click leaves the focus where it is, so that one goes on typing. The ring is a sibling
+/// of the control, since it lies outside of it.
 class ControlTracker : public QObject {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #include "shelf/ui/ShelfHeader.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace quillet {
@@ -53,6 +55,16 @@ void ShelfHeader::resizeEvent(QResizeEvent*) {
         left += chip->width() + chipSpacing;
     }
     m_close->move(contentsRect().right() + 1 - m_close->width(), centred(*m_close));
+}
+
+/// Gets the keys that a chip or the close button has no use for.
+void ShelfHeader::keyPressEvent(QKeyEvent* event) {
+    const bool isForSearch =
+        !event->text().isEmpty() || event->modifiers().testFlag(Qt::ControlModifier);
+    if (!isForSearch || window()->focusWidget() == m_search)
+        return event->ignore();
+    m_search->setFocus();
+    QCoreApplication::sendEvent(m_search, event);
 }
 
 void ShelfHeader::paintEvent(QPaintEvent*) {

@@ -7,8 +7,8 @@
 namespace quillet {
 
 /// The top of the shelf: search field, filters, the keys one can use, and the close button. The
-/// search field gets the keyboard each time the shelf is shown. Its margins leave room for focus
-/// rings.
+/// search field gets the keyboard each time the shelf is shown, and back as soon as somebody types
+/// elsewhere. Its margins leave room for focus rings.
 class ShelfHeader : public QWidget {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ public:
                 std::function<void()> onClose);
 
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
