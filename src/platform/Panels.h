@@ -38,6 +38,9 @@ public:
     /// Shows it and takes the keyboard, while the desktop's active window stays the same.
     virtual void makeKeyAndOrderFront() = 0;
 
+    /// Gives the keyboard back while the window stays on the screen.
+    virtual void giveKeyboardBack() = 0;
+
     /// Gives the keyboard back and takes the window off the screen at once.
     virtual void orderOut() = 0;
 
@@ -45,7 +48,7 @@ public:
     virtual bool isKey() const = 0;
 
     /// Called when it had the keyboard and the user turned to another window: a click outside, or
-    /// another window became the active one. Not called by orderOut().
+    /// another window became the active one. Not called by giveKeyboardBack() and orderOut().
     std::function<void()> onResignKey;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <QCoreApplication>
+#include <QDir>
 #include <QKeyEvent>
 
 namespace quillet {
@@ -56,6 +57,7 @@ TEST_F(ShelfControllerTest, itSlidesUpWhereThePointerIsAndFadesOut) {
     shelf.screens.pointer = {2000, 1180};
     shelf.controller.show();
     shelf.controller.hide();
+    EXPECT_FALSE(shelf.panel().isKey()) << "it fades without the keyboard";
     shelf.controller.show();
     shelf.advance(1000);
     EXPECT_EQ(shelf.panel().frame(), (Rect{{1450, 150}, {1900, 318}}));
@@ -144,6 +146,18 @@ TEST_F(ShelfControllerTest, whatCannotBePastedIsCopiedAndTheUserIsTold) {
     EXPECT_EQ(message(), u"Clipboard is in use — try again"_s);
     EXPECT_TRUE(shelf.keys.posted.empty()) << "it would paste what another program has copied";
     EXPECT_EQ(shelf.world.soundsPlayed(), 1U);
+
+    shelf.world.pasteboard.setGrantsOwnership(true);
+    shelf.world.copy(QString(100'000, u'x'));
+    shelf.world.copy(u"kept"_s);
+    ASSERT_TRUE(QDir(shelf.world.dataFolder() + u"/blobs"_s).removeRecursively());
+    shelf.controller.show();
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    shelf.advance(60);
+    EXPECT_EQ(message(), u"The content of this clip cannot be read"_s);
+    EXPECT_EQ(pasteboard(), u"kept"_s);
+    EXPECT_TRUE(shelf.keys.posted.empty());
 }
 
 TEST_F(ShelfControllerTest, withoutThePermissionItOnlyCopiesAndExplainsOnce) {
@@ -171,6 +185,24 @@ TEST_F(ShelfControllerTest, superIsCommandAsControlIsAndTypesNothing) {
     EXPECT_EQ(pasteboard(), u"a"_s);
     press(Qt::Key_V, Qt::MetaModifier, u"v"_s);
     EXPECT_EQ(shelf.model().query(), u"a"_s);
+}
+
+TEST_F(ShelfControllerTest, whatIsTypedGoesToTheSearchWhereverTheFocusIs) {
+    const QWidget* search = shelf.controller.window().focusWidget();
+    auto* links = shelf.view().findChildren<Chip*>()[3];
+    links->click();
+    EXPECT_EQ(shelf.model().filter(), ShelfModel::Filter::link);
+    EXPECT_FALSE(links->focusPolicy() & Qt::ClickFocus);
+
+    links->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Shift, Qt::ShiftModifier);
+    EXPECT_EQ(shelf.controller.window().focusWidget(), links) << "Shift-Tab begins so";
+    type(u"b"_s);
+    type(u"c"_s);
+    links->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Backspace, {}, u"\b"_s);
+    EXPECT_EQ(shelf.model().query(), u"b"_s);
+    EXPECT_EQ(shelf.controller.window().focusWidget(), search);
 }
 
 TEST_F(ShelfControllerTest, deletingSelectsTheNeighbourUntilNothingIsLeft) {

@@ -21,6 +21,7 @@ public:
     double alpha() const override { return m_alpha; }
     void orderFront() override;
     void makeKeyAndOrderFront() override;
+    void giveKeyboardBack() override { m_isKey = false; }
     void orderOut() override;
     bool isVisible() const override { return m_isVisible; }
     bool isKey() const override { return m_isKey; }

@@ -1,4 +1,5 @@
 #include "shelf/ui/ShelfController.h"
+#include "shelf/ShelfLog.h"
 
 #include <algorithm>
 
@@ -91,6 +92,7 @@ void ShelfController::followScreens() {
 
 void ShelfController::hide() {
     removeKeyMonitor();
+    m_panel->giveKeyboardBack(); // what is typed from now on is for the application
     if (!m_panel->isVisible())
         return;
     const double start = m_panel->alpha();
@@ -186,14 +188,20 @@ void ShelfController::removeSelected() {
 
 void ShelfController::paste(const std::shared_ptr<ClipItem>& item, bool plainText) {
     Sounds& sounds = m_services.view.sounds;
-    const bool isCopied = m_services.view.store.copyToPasteboard(item, plainText);
+    const auto fail = [this](const QString& message) {
+        m_services.toast.show(message, u"exclamationmark.triangle.fill"_s);
+    };
+    // Writing a clip without content would only empty the pasteboard.
+    const bool isReadable = item->isContentReadable();
+    const bool isCopied = isReadable && m_services.view.store.copyToPasteboard(item, plainText);
     removeKeyMonitor();
     putAway();
-    if (!isCopied) {
-        m_services.toast.show(tr("Clipboard is in use — try again"),
-                              u"exclamationmark.triangle.fill"_s);
-        return;
+    if (!isReadable) {
+        qCWarning(logShelf) << "The content of clip" << item->id() << "cannot be read";
+        return fail(tr("The content of this clip cannot be read"));
     }
+    if (!isCopied)
+        return fail(tr("Clipboard is in use — try again"));
     if (!m_services.access.isGranted(Access::Kind::accessibility)) {
         sounds.play(Sounds::Event::copy);
         if (!std::exchange(m_showedAccessibilitySetup, true))

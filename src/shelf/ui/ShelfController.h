@@ -34,7 +34,7 @@ public:
     /// Slides up at the bottom of the screen with the pointer, without search or filter.
     void show();
 
-    /// Fades out; without effect when it is not on the screen.
+    /// Lets go of the keyboard and fades out; without effect when it is not on the screen.
     void hide();
 
     /// True also while it fades out.

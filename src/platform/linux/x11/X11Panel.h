@@ -21,6 +21,7 @@ public:
     double alpha() const override { return m_alpha; }
     void orderFront() override;
     void makeKeyAndOrderFront() override;
+    void giveKeyboardBack() override;
     void orderOut() override;
     bool isVisible() const override;
     bool isKey() const override { return m_isKey; }
@@ -47,7 +48,6 @@ private:
     bool hasTakenKeyboard();
     void forgetGrab();
     void takeFocus();
-    void giveKeyboardBack();
 
     X11Panels& m_panels;
     QWidget& m_content;
