@@ -108,12 +108,12 @@ const QPixmap& ClipCard::picture() {
 void ClipCard::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
-    m_pressed = event->pos();
+    m_pressed = event->globalPosition().toPoint();
     Q_EMIT chosen();
 }
 
 void ClipCard::mouseMoveEvent(QMouseEvent* event) {
-    const int distance = (event->pos() - m_pressed).manhattanLength();
+    const int distance = (event->globalPosition().toPoint() - m_pressed).manhattanLength();
     if (event->buttons().testFlag(Qt::LeftButton) && distance >= QApplication::startDragDistance())
         Q_EMIT draggedOut();
 }

@@ -58,7 +58,7 @@ private:
     bool m_isSelected = false;
     Animation m_animation;
     QPixmap m_picture; ///< null when what it shows has changed
-    QPoint m_pressed;
+    QPoint m_pressed;  ///< on the desktop: the card moves away under the pointer
 };
 
 } // namespace quillet

@@ -86,6 +86,7 @@ void ClipRow::scrollToSelection() {
     const auto index = static_cast<double>(selected - items.begin());
     const double centre = leading + index * pitch + ClipCardLook::size.width() / 2;
     scrollAnimated(centre - width() / 2.0);
+    m_isCentring = true;
 }
 
 bool ClipRow::isWhollyInView(const std::shared_ptr<ClipItem>& item) const {
@@ -94,12 +95,14 @@ bool ClipRow::isWhollyInView(const std::shared_ptr<ClipItem>& item) const {
     return found != m_cards.end() && QRectF(rect()).contains(placeOf(found->first));
 }
 
-/// Keeps in view what Return pastes. A row that the user has scrolled elsewhere stays there.
+/// Keeps in view what Return pastes. A row that the user has scrolled elsewhere stays there; one
+/// on its way to the selected card finds it at another place now.
 void ClipRow::followList() {
     const auto selected = m_model.selectedItem();
+    const bool isCentring = m_isCentring && m_scrolling.isRunning();
     const bool isFollowed = selected != m_selected.lock() || isWhollyInView(selected);
     refresh();
-    if (isFollowed && !isWhollyInView(selected))
+    if (isCentring || (isFollowed && !isWhollyInView(selected)))
         scrollToSelection();
 }
 
@@ -215,6 +218,7 @@ void ClipRow::resizeEvent(QResizeEvent*) {
 }
 
 void ClipRow::wheelEvent(QWheelEvent* event) {
+    m_isCentring = false;
     const QPoint pixels = event->pixelDelta();
     const QPoint angle = event->angleDelta();
     const auto larger = [](QPoint delta) {

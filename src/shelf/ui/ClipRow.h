@@ -66,7 +66,8 @@ private:
     std::weak_ptr<ClipItem> m_selected;  ///< what shows as selected, in view or not
     std::shared_ptr<ClipItem> m_clicked; ///< what the last press chose
     double m_offset = 0;
-    double m_target = 0; ///< where the scrolling under way ends
+    double m_target = 0;       ///< where the scrolling under way ends
+    bool m_isCentring = false; ///< whether the scrolling begun last is for the selected card
     Animation m_scrolling;
 };
 
