@@ -52,6 +52,7 @@ Menu::Menu(const Look& look, QWidget* parent)
     auto* style = new Style(*this);
     style->setParent(this);
     setStyle(style);
+    connect(this, &QMenu::aboutToHide, this, [this] { setFocusProxy(nullptr); });
 }
 
 QAction* Menu::addDestructiveAction(const QString& text) {
@@ -70,6 +71,10 @@ void Menu::popupAt(const QPoint& position) {
         place.moveTop(
             std::max(usable.top(), std::min(place.top(), usable.bottom() - place.height())));
     }
+    // With the first key a menu takes the focus from its window, and when it gives it back it asks
+    // for the window's activation, which panels refuse.
+    if (parentWidget())
+        setFocusProxy(parentWidget()->window()->focusWidget());
     popup(place.topLeft());
     // The toolkit keeps the whole window on the screen; the shadow may reach out of it.
     move(place.topLeft() - QPoint(m_margin, m_margin));
