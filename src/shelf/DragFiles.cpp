@@ -14,8 +14,9 @@ namespace {
 constexpr auto ownFile = QFile::ReadOwner | QFile::WriteOwner;
 constexpr auto ownFolder = ownFile | QFile::ExeOwner;
 
-bool makeOwnFolder(const QString& path) {
-    return QFileInfo(path).isDir() || QDir().mkdir(path, ownFolder);
+void makeOwnFolder(const QString& path) {
+    if (!QFileInfo(path).isDir())
+        QDir().mkdir(path, ownFolder);
 }
 
 } // namespace
@@ -28,19 +29,32 @@ DragFiles::~DragFiles() {
     QDir(m_folder).removeRecursively();
 }
 
-QString DragFiles::write(const QString& name, const QByteArray& png) {
-    // A folder for each, so that two pictures may have the same name.
-    const QString folder = u"%1/%2"_s.arg(m_folder).arg(++m_count);
-    const QString path = folder + u'/' + name;
-    QSaveFile file(path);
-    if (!QDir().mkpath(QFileInfo(m_folder).path()) || !makeOwnFolder(m_folder) ||
-        !makeOwnFolder(folder) || !file.open(QIODevice::WriteOnly) ||
-        !file.setPermissions(ownFile) || file.write(png) != png.size() || !file.commit()) {
-        qCWarning(logShelf) << "A picture to drag out could not be written to" << path << ":"
+QString DragFile::write(const Source& png) {
+    const std::lock_guard lock(m_writing);
+    if (QFileInfo::exists(m_path))
+        return m_path;
+    const QByteArray bytes = png();
+    QSaveFile file(m_path);
+    if (bytes.isNull() || !file.open(QIODevice::WriteOnly) || !file.setPermissions(ownFile) ||
+        file.write(bytes) != bytes.size() || !file.commit()) {
+        qCWarning(logShelf) << "A picture to drag out could not be written to" << m_path << ":"
                             << file.errorString();
         return {};
     }
-    return path;
+    return m_path;
+}
+
+std::shared_ptr<DragFile> DragFiles::file(const QUuid& clip, const QString& name) {
+    // A folder for each, so that two pictures may have the same name.
+    const QString folder = m_folder + u'/' + clip.toString(QUuid::WithoutBraces);
+    auto& file = m_files[clip];
+    if (!file)
+        file = std::make_shared<DragFile>(folder + u'/' + name);
+    // Where this fails, so does writing.
+    QDir().mkpath(QFileInfo(m_folder).path());
+    makeOwnFolder(m_folder);
+    makeOwnFolder(folder);
+    return file;
 }
 
 } // namespace quillet

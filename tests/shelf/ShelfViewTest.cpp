@@ -74,6 +74,11 @@ TEST_F(ShelfViewTest, onlyTheCardsInViewExistAndTheSelectedOneComesToTheMiddle) 
     shelf.advance(1000);
     EXPECT_LE(row().cards().size(), 6U);
     EXPECT_NEAR(selectedPlace().center().x(), 500, 1);
+    const auto selected = shelf.model().selectedItem();
+    shelf.model().moveSelection(+1);
+    shelf.world.store->deleteItem(selected);
+    shelf.advance(1000);
+    EXPECT_NEAR(selectedPlace().center().x(), 500, 1);
     shelf.controller.show();
     EXPECT_EQ(selectedPlace().topLeft(), QPoint(18, 61));
 }
@@ -92,6 +97,19 @@ TEST_F(ShelfViewTest, whatReturnPastesStaysInViewUnlessTheUserScrollsAway) {
     shelf.world.store->togglePin(shelf.world.newest());
     shelf.advance(200);
     EXPECT_EQ(row().offset(), 0);
+}
+
+TEST_F(ShelfViewTest, theNewestPicturesAndNoMoreAreReadyBeforeTheShelfShows) {
+    for (int width = 30; width < 45; ++width) {
+        shelf.world.copy({{PasteboardType::png, pngOf(sampleScreenshot({width, 20}))}});
+        shelf.advance(1000);
+    }
+    std::vector<bool> isReady;
+    for (const auto& item : shelf.world.store->items())
+        isReady.push_back(shelf.thumbnails.cached(*item).has_value());
+    std::vector<bool> expected(12, true);
+    expected.resize(15);
+    EXPECT_EQ(isReady, expected);
 }
 
 TEST_F(ShelfViewTest, wheelAndTouchpadScrollWithinTheRow) {
@@ -183,7 +201,7 @@ TEST_F(ShelfViewTest, whatIsDraggedOutSuitsItsReceivers) {
     const QString folder = QFileInfo(file).path();
     for (const QString& path : {file.fileName(), folder, QFileInfo(folder).path()})
         EXPECT_FALSE(QFile::permissions(path) & ofOthers) << path.toStdString();
-    EXPECT_NE(dragged()->urls(), image->urls());
+    EXPECT_EQ(dragged()->urls(), image->urls()) << "one file is enough";
 
     const DragFiles nextRun(shelf.folder.filePath(u"drag"_s));
     EXPECT_FALSE(file.exists());

@@ -1,12 +1,15 @@
 #include "shelf/ui/ShelfView.h"
-#include "imaging/Bitmap.h"
+#include "shelf/PictureContent.h"
 
+#include <QApplication>
 #include <QDrag>
 #include <QPixmap>
+#include <ranges>
 
 namespace quillet {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -14,6 +17,8 @@ constexpr int padding = 16;
 constexpr int headerTop = 14;
 constexpr int headerHeight = 30;
 constexpr int spacing = 12;
+constexpr size_t cardsPrepared = 12;
+constexpr auto lull = 500ms;
 
 std::optional<QUrl> linkURL(const ClipItem& item) {
     if (item.kind() != ClipItem::Kind::link)
@@ -41,8 +46,30 @@ ShelfView::ShelfView(ShelfModel& model, const Services& services, Paste onPaste,
             [this](const std::shared_ptr<ClipItem>& item) { m_onPaste(item, false); });
     connect(m_row, &ClipRow::menuRequested, this, &ShelfView::popUpMenu);
     connect(m_row, &ClipRow::draggedOut, this, &ShelfView::drag);
-    m_previews.onReady = [this] { m_row->refresh(); };
+    connect(&services.store, &ClipboardStore::itemsChanged, this, &ShelfView::prepareSoon);
+    m_previews.onReady = [this] {
+        m_row->refresh();
+        prepare();
+    };
     showContent();
+    prepareSoon();
+}
+
+/// Soon, because a program that copies much at once waits until it was all read.
+void ShelfView::prepareSoon() {
+    m_preparing = m_services.look.scheduler.after(lull, [this] {
+        prepare();
+        // Nobody may ever look at what is not among the newest any more.
+        const ClipItems& items = m_services.store.items();
+        if (!isVisible() && items.size() > cardsPrepared)
+            m_services.thumbnails.drop(*items[cardsPrepared]);
+    });
+}
+
+/// Has the newest previews made, one after the other, so that the cards have them when they show.
+void ShelfView::prepare() {
+    for (const auto& item : m_services.store.items() | std::views::take(cardsPrepared))
+        m_previews.preview(*item);
 }
 
 void ShelfView::resizeEvent(QResizeEvent*) {
@@ -61,8 +88,10 @@ void ShelfView::showContent() {
 }
 
 void ShelfView::copy(const std::shared_ptr<ClipItem>& item) {
-    m_services.store.copyToPasteboard(item, false);
-    m_services.sounds.play(Sounds::Event::copy);
+    if (item->isContentReadable() && m_services.store.copyToPasteboard(item, false))
+        m_services.sounds.play(Sounds::Event::copy);
+    else
+        QApplication::beep(); // a message would appear behind the shelf
 }
 
 std::unique_ptr<Menu> ShelfView::menuFor(const std::shared_ptr<ClipItem>& item) {
@@ -95,15 +124,14 @@ std::unique_ptr<QMimeData> ShelfView::dragContent(const ClipItem& item) {
         content->setUrls({item.fileURLs().front()});
         return content;
     }
-    const auto png = item.kind() == ClipItem::Kind::image ? item.imageData() : std::nullopt;
-    if (png && isDecodable(*png)) {
-        content->setData(u"image/png"_s, *png);
+    const auto png = item.kind() == ClipItem::Kind::image ? item.imageSource() : nullptr;
+    if (png && item.isImageDecodable()) {
         const QString name =
             tr("Image %1.png").arg(item.createdAt().toString(u"yyyy-MM-dd HH.mm.ss"));
-        const QString path = m_services.dragFiles.write(name, *png);
-        if (!path.isEmpty())
-            content->setUrls({QUrl::fromLocalFile(path)});
-        return content;
+        const auto file = m_services.dragFiles.file(item.id(), name);
+        // Most probably it is there before anybody asks for it.
+        m_services.look.scheduler.background([file, png] { file->write(png); }, [] {});
+        return std::make_unique<PictureContent>(png, file);
     }
     content->setText(item.text().value_or(QString()));
     return content;
