@@ -277,16 +277,23 @@ VerbResult AppDelegate::carryOut(const Command& command) {
 
 VerbResult AppDelegate::snap(const QString& where) {
     WindowSnapper& snapper = *m_services->snapper;
-    bool moves = false;
-    if (const auto position = snapPosition(where))
-        moves = snapper.snap(*position);
-    else
-        moves = where == u"restore"_s ? snapper.restore() : snapper.moveToNextDisplay();
-    if (moves)
+    const auto position = snapPosition(where);
+    const auto outcome = position                ? snapper.snap(*position)
+                         : where == u"restore"_s ? snapper.restore()
+                                                 : snapper.moveToNextDisplay();
+    switch (outcome) {
+    case WindowSnapper::Outcome::moves:
         return VerbResult::done();
-    return VerbResult::failed(where == u"next-display"_s
-                                  ? u"there is no window to move, or no other display"_s
-                                  : u"there is no window to move"_s);
+    case WindowSnapper::Outcome::noPermission:
+        return VerbResult::failed(m_services->permissions->cause(Permissions::Kind::accessibility));
+    case WindowSnapper::Outcome::noWindow:
+        return VerbResult::failed(u"there is no window to move"_s);
+    case WindowSnapper::Outcome::noOtherDisplay:
+        return VerbResult::failed(u"there is no other display"_s);
+    case WindowSnapper::Outcome::nothingToRestore:
+        return VerbResult::failed(u"the window was not moved from here"_s);
+    }
+    Q_UNREACHABLE();
 }
 
 void AppDelegate::reportStats(const Command& command, const Reply& reply) {

@@ -70,8 +70,7 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
         return outcome(switches.whyNoDisplaySleep());
     case Verb::keyboardLock:
         switches.lockKeyboardForCleaning();
-        return outcome(switches.keyboardLocked() ? QString()
-                                                 : u"the keyboard cannot be locked now"_s);
+        return outcome(switches.whyKeyboardNotLocked());
     default:
         return {};
     }

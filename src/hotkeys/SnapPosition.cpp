@@ -26,6 +26,23 @@ double shareBefore(double before, double after) {
     return free > 0 ? std::clamp(before / free, 0.0, 1.0) : 0;
 }
 
+/// The edges between a screen's pixels, counted from an edge of its usable area, which is one.
+struct PixelAxis {
+    double start;
+    double pixelsPerPoint;
+
+    double before(double point) const {
+        return start + std::floor(pixels(point) + arithmeticError) / pixelsPerPoint;
+    }
+    double after(double point) const {
+        return start + std::ceil(pixels(point) - arithmeticError) / pixelsPerPoint;
+    }
+
+private:
+    static constexpr double arithmeticError = 1e-6;
+    double pixels(double point) const { return (point - start) * pixelsPerPoint; }
+};
+
 } // namespace
 
 const std::vector<SnapPositionRow>& snapPositions() {
@@ -52,7 +69,7 @@ std::optional<SnapPosition> snapPosition(const QString& name) {
 }
 
 Rect snapTarget(const SnapPositionRow& row, const Rect& visible, const Size& window,
-                double fraction) {
+                double fraction, double pixelsPerPoint) {
     const Size size{length(row.width, visible.size.width, window.width, fraction),
                     length(row.height, visible.size.height, window.height, fraction)};
     const Point near = anchored(row.anchor, visible, size);
@@ -60,8 +77,10 @@ Rect snapTarget(const SnapPositionRow& row, const Rect& visible, const Size& win
     // error further on.
     const Point far{visible.maxX() - (1 - row.anchor.x) * (visible.size.width - size.width),
                     visible.maxY() - (1 - row.anchor.y) * (visible.size.height - size.height)};
-    const Point origin{std::floor(near.x), std::floor(near.y)};
-    return {origin, {std::ceil(far.x) - origin.x, std::ceil(far.y) - origin.y}};
+    const PixelAxis x{visible.minX(), pixelsPerPoint};
+    const PixelAxis y{visible.minY(), pixelsPerPoint};
+    const Point origin{x.before(near.x), y.before(near.y)};
+    return {origin, {x.after(far.x) - origin.x, y.after(far.y) - origin.y}};
 }
 
 Point anchored(const SnapAnchor& anchor, const Rect& area, const Size& size) {

@@ -44,9 +44,9 @@ const std::vector<SnapPositionRow>& snapPositions();
 const SnapPositionRow& row(SnapPosition position);
 std::optional<SnapPosition> snapPosition(const QString& name);
 
-/// Where in the usable area a window of this size goes, in whole points.
+/// Where in the usable area a window of this size goes, in whole pixels of its screen.
 Rect snapTarget(const SnapPositionRow& row, const Rect& visible, const Size& window,
-                double fraction);
+                double fraction, double pixelsPerPoint);
 
 /// The origin of something of this size that is anchored in an area.
 Point anchored(const SnapAnchor& anchor, const Rect& area, const Size& size);

@@ -23,13 +23,6 @@ bool isNear(const Rect& a, const Rect& b) {
     return isNear(a.origin, b.origin) && isNear(a.size, b.size);
 }
 
-/// With its edges at the nearest whole points. Going to another size and back, that comes to rest
-/// where rounding outwards would grow every time.
-Rect rounded(const Rect& rect) {
-    const Point corner{std::round(rect.minX()), std::round(rect.minY())};
-    return {corner, {std::round(rect.maxX()) - corner.x, std::round(rect.maxY()) - corner.y}};
-}
-
 /// The frame to give a window that is to fill the screen again, as that is what it has afterwards:
 /// along the filled axes the one of the moment, for nobody knows it of the time before.
 Rect underFill(const Rect& before, const WindowFill& fill, const Rect& now) {
@@ -55,31 +48,33 @@ Rect flipped(const Rect& rect, const std::vector<Screen>& screens) {
 WindowSnapper::WindowSnapper(Services services, std::function<void()> showSetupGuide)
     : m_services(services), m_showSetupGuide(std::move(showSetupGuide)) {}
 
-bool WindowSnapper::snap(Position position) {
+WindowSnapper::Outcome WindowSnapper::snap(Position position) {
     const auto window = focusedWindow();
     if (!window)
-        return false;
+        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
     const std::vector<Screen> screens = m_services.screens.all();
     const auto screen = screenContaining(window->frame, screens);
     if (!screen)
-        return refuse();
+        return refuse(Outcome::noWindow);
     const Rect visible = flipped(screen->visibleFrame, screens);
 
     const SnapPositionRow& to = row(position);
     const bool again = m_last && m_last->position == position && m_last->window == window->id;
     const size_t step = again && to.cycles() ? (m_last->step + 1) % snapFractions.size() : 0;
     m_last = {position, step, window->id};
-    move({*window, snapTarget(to, visible, window->frame.size, snapFractions[step]), to.anchor});
-    return true;
+    const Rect target =
+        snapTarget(to, visible, window->frame.size, snapFractions[step], screen->backingScale);
+    move({*window, target, to.anchor});
+    return Outcome::moves;
 }
 
-bool WindowSnapper::restore() {
+WindowSnapper::Outcome WindowSnapper::restore() {
     const auto window = focusedWindow();
     if (!window)
-        return false;
+        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
     const auto past = pastOf(window->id);
     if (past == m_pasts.end())
-        return refuse();
+        return refuse(Outcome::nothingToRestore);
     const Window before = past->before;
     m_pasts.erase(past);
     m_last.reset();
@@ -89,28 +84,31 @@ bool WindowSnapper::restore() {
     const Rect target =
         isOnItsScreen ? underFill(before.frame, before.fill, window->frame) : before.frame;
     apply({.window = *window, .target = target, .fill = before.fill}, target);
-    return true;
+    return Outcome::moves;
 }
 
-bool WindowSnapper::moveToNextDisplay() {
+WindowSnapper::Outcome WindowSnapper::moveToNextDisplay() {
     const auto window = focusedWindow();
     if (!window)
-        return false;
+        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
     const std::vector<Screen> screens = m_services.screens.all();
     const auto screen = screenContaining(window->frame, screens);
     if (!screen || screens.size() < 2)
-        return refuse();
+        return refuse(Outcome::noOtherDisplay);
     const auto here = std::ranges::find(screens, screen->number, &Screen::number);
     const Screen& next = here + 1 == screens.end() ? screens.front() : *(here + 1);
 
     const Rect from = flipped(screen->visibleFrame, screens);
     const Rect to = flipped(next.visibleFrame, screens);
-    const Size size{window->frame.size.width * to.size.width / from.size.width,
-                    window->frame.size.height * to.size.height / from.size.height};
-    const SnapAnchor anchor = anchorIn(from, window->frame);
-    const Rect target = rounded({anchored(anchor, to, size), size}).intersection(to);
-    move({*window, target, anchor});
-    return true;
+    // A size that was cut to fit a program's own there shall not be stretched here.
+    const auto past = pastOf(window->id);
+    const Rect frame =
+        past != m_pasts.end() && past->isStillThere(*window) ? past->target : window->frame;
+    const Size size{frame.size.width * to.size.width / from.size.width,
+                    frame.size.height * to.size.height / from.size.height};
+    const SnapAnchor anchor = anchorIn(from, frame);
+    move({*window, Rect{anchored(anchor, to, size), size}.intersection(to), anchor});
+    return Outcome::moves;
 }
 
 std::optional<WindowSnapper::Window> WindowSnapper::focusedWindow() {
@@ -122,7 +120,7 @@ std::optional<WindowSnapper::Window> WindowSnapper::focusedWindow() {
     const auto id = m_services.windows.identity();
     const auto frame = id ? m_services.windows.topLeftFrame(*id) : std::nullopt;
     if (!frame) {
-        refuse();
+        m_services.workspace.beep();
         return std::nullopt;
     }
     return Window{*id, *frame, m_services.windows.fill(*id)};
@@ -145,8 +143,10 @@ void WindowSnapper::move(const Move& move) {
 /// off at the old one.
 void WindowSnapper::apply(Move move, const Rect& place) {
     const Identity window = move.window.id;
-    if (const auto past = pastOf(window); past != m_pasts.end())
+    if (const auto past = pastOf(window); past != m_pasts.end()) {
+        past->target = move.target;
         past->after.reset();
+    }
     m_services.windows.setSize(window, place.size);
     m_services.windows.setTopLeft(window, place.origin);
     m_services.windows.setSize(window, place.size);
@@ -163,7 +163,7 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
         return; // it was closed, which is what somebody wanted
     if (move.fill.isAny()) {
         if (m_services.windows.fill(move.window.id) != move.fill)
-            refuse();
+            m_services.workspace.beep();
         return;
     }
     const bool leftFill = move.window.fill.isAny();
@@ -181,7 +181,7 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
     } else if (!move.refused &&
                ((stayed && !move.anchored) || !isNear(frame->origin, corner, forgivable))) {
         move.refused = true;
-        refuse();
+        m_services.workspace.beep();
     }
 }
 
@@ -196,22 +196,26 @@ void WindowSnapper::letGo(const Move& move) {
                                    }));
 }
 
-bool WindowSnapper::refuse() {
+WindowSnapper::Outcome WindowSnapper::refuse(Outcome outcome) {
     m_services.workspace.beep();
-    return false;
+    return outcome;
 }
 
 /// Where a window is now is the user's choice, unless it was left there from here.
 void WindowSnapper::noteBefore(const Window& window) {
-    Past past{window, {}};
+    Past past{window, {}, {}};
     if (const auto known = pastOf(window.id); known != m_pasts.end()) {
-        if (!known->after || (isNear(*known->after, window.frame) && !window.fill.isAny()))
+        if (!known->after || known->isStillThere(window))
             past.before = known->before;
         m_pasts.erase(known);
     }
     m_pasts.push_back(past);
     if (m_pasts.size() > mostPasts)
         m_pasts.erase(m_pasts.begin());
+}
+
+bool WindowSnapper::Past::isStillThere(const Window& window) const {
+    return after && isNear(*after, window.frame) && !window.fill.isAny();
 }
 
 void WindowSnapper::noteAfter(Identity window, const std::optional<Rect>& frame) {

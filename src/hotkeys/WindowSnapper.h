@@ -16,8 +16,8 @@ namespace quillet {
 /// Moves and resizes the focused window. The same side pressed again for the same window goes on
 /// to the next fraction of the screen.
 ///
-/// An operation asks and returns; false where there was nothing to ask, of which the user was
-/// told. What comes of it is looked at later, and again when the program had second thoughts. A
+/// An operation asks and returns; where it cannot even ask, the user was told and the outcome says
+/// why. What comes of it is looked at later, and again when the program had second thoughts. A
 /// window of quite another size or place is asked once more: its program may have put back the
 /// size from before it was maximised, or the window manager may hold it where it tiled it. The size
 /// that it takes then it may keep; it is moved once to the edges where it belongs. Where it still
@@ -35,14 +35,16 @@ public:
 
     WindowSnapper(Services services, std::function<void()> showSetupGuide);
 
-    bool snap(Position position);
+    enum class Outcome { moves, noPermission, noWindow, noOtherDisplay, nothingToRestore };
+
+    Outcome snap(Position position);
 
     /// Back to where the window was before it was moved from here, however often that was, and
     /// maximised or full-screen again where it was that.
-    bool restore();
+    Outcome restore();
 
     /// To the same relative place on the next screen, after the last one to the first.
-    bool moveToNextDisplay();
+    Outcome moveToNextDisplay();
 
 private:
     using Identity = FocusedWindow::Identity;
@@ -67,7 +69,10 @@ private:
     };
     struct Past {
         Window before;
-        std::optional<Rect> after; ///< absent while the window is on its way
+        Rect target;               ///< where it was asked to be last
+        std::optional<Rect> after; ///< where that led; absent while the window is on its way
+
+        bool isStillThere(const Window& window) const;
     };
 
     std::optional<Window> focusedWindow();
@@ -76,7 +81,7 @@ private:
     void apply(Move move, const Rect& place);
     void verify(Move& move, const std::optional<Rect>& frame);
     void letGo(const Move& move);
-    bool refuse();
+    Outcome refuse(Outcome outcome);
 
     void noteBefore(const Window& window);
     void noteAfter(Identity window, const std::optional<Rect>& frame);

@@ -54,6 +54,13 @@ QString SwitchCenter::whyNoHiddenFiles() const {
     return m_services.desktop.cause(Key::showAllFiles);
 }
 
+QString SwitchCenter::whyKeyboardNotLocked() const {
+    if (m_keyboardLocked)
+        return {};
+    const QString refusal = m_services.permissions.cause(Permissions::Kind::accessibility);
+    return refusal.isEmpty() ? u"another program has the keyboard"_s : refusal;
+}
+
 void SwitchCenter::setKeepAwake(bool on, AwakeDuration duration) {
     endKeepAwake();
     m_services.preferences.set(indefiniteKey(), on && duration == AwakeDuration::indefinitely);

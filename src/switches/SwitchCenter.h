@@ -62,6 +62,7 @@ public:
     QString whyNoDesktopIcons() const;
     QString whyNoHiddenFiles() const;
     QString whyNoDisplaySleep() const { return m_services.power.whyNoDisplaySleep(); }
+    QString whyKeyboardNotLocked() const; ///< empty while it is locked
 
     /// Turns keep-awake on anew, or off whatever the duration. It stays off where the machine
     /// cannot be kept awake, and goes off when that turns out later.

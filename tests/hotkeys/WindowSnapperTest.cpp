@@ -19,6 +19,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using enum SnapPosition;
+using Outcome = WindowSnapper::Outcome;
 
 TEST(SnapPosition, everyPositionHasItsPartOfTheUsableArea) {
     const Rect even{{0, 25}, {1440, 900}};
@@ -38,8 +39,11 @@ TEST(SnapPosition, everyPositionHasItsPartOfTheUsableArea) {
                             Row{center, 0.5, even, {501, 400}, {{469, 275}, {502, 400}}},
                             Row{right, 1.0 / 3, odd, {}, {{-334, 10}, {334, 700}}},
                             Row{center, 0.5, odd, {2000, 900}, odd}})
-        EXPECT_EQ(snapTarget(row(each.position), each.visible, each.window, each.fraction),
+        EXPECT_EQ(snapTarget(row(each.position), each.visible, each.window, each.fraction, 1),
                   each.expected);
+    const Rect uneven{{0, 25}, {1440 * 0.96, 900 * 0.96}}; // where a point is 1/0.96 pixels
+    EXPECT_NEAR(snapTarget(row(left), uneven, {}, 0.5, 1 / 0.96).maxX(), 720 * 0.96, 1e-6);
+    EXPECT_NEAR(snapTarget(row(right), uneven, {}, 0.5, 1 / 0.96).minX(), 720 * 0.96, 1e-6);
 }
 
 class WindowSnapperTest : public testing::Test {
@@ -113,22 +117,22 @@ TEST_F(WindowSnapperTest, theScreenIsTheOneThatHoldsTheCentreOfTheWindow) {
         EXPECT_EQ(snap(maximize), row.maximized);
     }
     screens.screens.clear();
-    EXPECT_FALSE(snapper.snap(left));
+    EXPECT_EQ(snapper.snap(left), Outcome::noWindow);
     EXPECT_EQ(workspace.beeps, 1);
 }
 
 TEST_F(WindowSnapperTest, withoutPermissionOrWindowNothingMovesAndTheUserIsTold) {
     snap(left);
     access.granted.clear();
-    EXPECT_FALSE(snapper.snap(left));
+    EXPECT_EQ(snapper.snap(left), Outcome::noPermission);
     EXPECT_EQ(guides, 1);
     EXPECT_EQ(workspace.beeps, 0);
 
     access.granted = {Access::Kind::accessibility};
     windows.focus(std::nullopt);
-    EXPECT_FALSE(snapper.snap(left));
+    EXPECT_EQ(snapper.snap(left), Outcome::noWindow);
     windows.focus(99); // it has just been closed
-    EXPECT_FALSE(snapper.moveToNextDisplay());
+    EXPECT_EQ(snapper.moveToNextDisplay(), Outcome::noWindow);
     EXPECT_EQ(workspace.beeps, 2);
     EXPECT_EQ(guides, 1);
     windows.focus(window);
@@ -239,14 +243,14 @@ TEST_F(WindowSnapperTest, aWindowThatFilledTheScreenDoesSoAgainWhenItIsRestored)
 }
 
 TEST_F(WindowSnapperTest, restoringBringsBackTheFrameThatTheUserChose) {
-    EXPECT_FALSE(snapper.restore());
+    EXPECT_EQ(snapper.restore(), Outcome::nothingToRestore);
     const Rect chosen = manners().frame;
     snapper.snap(left);
     snap(left); // the first is still on its way
     snap(bottom);
-    EXPECT_TRUE(snapper.restore());
+    EXPECT_EQ(snapper.restore(), Outcome::moves);
     EXPECT_EQ(settle(), chosen);
-    EXPECT_FALSE(snapper.restore());
+    EXPECT_EQ(snapper.restore(), Outcome::nothingToRestore);
     EXPECT_EQ(workspace.beeps, 2);
 
     snap(left);
@@ -261,7 +265,7 @@ TEST_F(WindowSnapperTest, restoringBringsBackTheFrameThatTheUserChose) {
 }
 
 TEST_F(WindowSnapperTest, theNextDisplayTakesAWindowToTheSameRelativePlace) {
-    EXPECT_FALSE(snapper.moveToNextDisplay());
+    EXPECT_EQ(snapper.moveToNextDisplay(), Outcome::noOtherDisplay);
     screens.screens.push_back({8, u"Right"_s, {{1440, 0}, {720, 925}}, {{1440, 0}, {720, 450}}, 1});
     struct Row {
         Rect frame;
@@ -279,6 +283,17 @@ TEST_F(WindowSnapperTest, theNextDisplayTakesAWindowToTheSameRelativePlace) {
         manners().step.width = 1;
         snapper.moveToNextDisplay();
         EXPECT_NEAR(settle().maxX(), row.frame.maxX(), 1);
+    }
+}
+
+TEST_F(WindowSnapperTest, aSizeThatWasCutToFitOnOneDisplayIsNotStretchedOnTheNext) {
+    screens.screens.push_back({8, u"Right"_s, {{1440, 0}, {720, 925}}, {{1440, 0}, {720, 450}}, 1});
+    manners().minimum = {450, 1};
+    for (int around = 0; around < 2; ++around) {
+        snapper.moveToNextDisplay();
+        EXPECT_EQ(settle().size, (Size{450, 200}));
+        snapper.moveToNextDisplay();
+        EXPECT_EQ(settle(), (Rect{{100, 100}, {500, 400}}));
     }
 }
 

@@ -22,6 +22,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Outcome = WindowSnapper::Outcome;
 using Position = SnapPosition;
 
 std::string text(const QRect& rect) {
@@ -83,7 +84,7 @@ protected:
             spinFor(50ms);
             return windows.identity().has_value();
         }));
-        EXPECT_TRUE(snapper.snap(position));
+        EXPECT_EQ(snapper.snap(position), Outcome::moves);
     }
 
     /// Whether the visible frame is this one, but for a pixel.
@@ -155,10 +156,10 @@ TEST_F(X11SnapTest, theVisibleFrameComesExactlyToItsPlace) {
                                               {Position::bottom, QRect(0, 540, 1920, 540)},
                                               {Position::bottom, QRect(0, 360, 1920, 720)},
                                               {Position::maximize, everything}}) {
-            EXPECT_TRUE(snapper.snap(position));
+            EXPECT_EQ(snapper.snap(position), Outcome::moves);
             EXPECT_TRUE(comesTo(application, place));
         }
-        EXPECT_TRUE(snapper.restore());
+        EXPECT_EQ(snapper.restore(), Outcome::moves);
         EXPECT_TRUE(comesTo(application, before));
         snap(Position::center);
         EXPECT_TRUE(
@@ -187,7 +188,7 @@ TEST_F(X11SnapTest, aWindowLeavesItsMaximisedOrFullScreenStateFirst) {
         EXPECT_TRUE(comesTo(application, row.place));
         for (const QByteArray& state : row.states)
             EXPECT_FALSE(application.hasState(state));
-        EXPECT_TRUE(snapper.restore());
+        EXPECT_EQ(snapper.restore(), Outcome::moves);
         EXPECT_TRUE(spinUntil([&] {
             return std::ranges::all_of(
                 row.states, [&](const QByteArray& state) { return application.hasState(state); });
@@ -265,7 +266,7 @@ TEST_F(X11SnapTest, aProgramThatUndoesASizeALittleLaterKeepsTheEdgesOfItsPositio
 }
 
 TEST_F(X11SnapTest, onlyOrdinaryWindowsOfOtherProgramsAreMoved) {
-    EXPECT_FALSE(snapper.snap(Position::left));
+    EXPECT_EQ(snapper.snap(Position::left), Outcome::noWindow);
     EXPECT_EQ(workspace.beeps, 1);
 
     QWidget own;
@@ -273,13 +274,13 @@ TEST_F(X11SnapTest, onlyOrdinaryWindowsOfOtherProgramsAreMoved) {
     own.show();
     own.activateWindow();
     ASSERT_TRUE(spinUntil([&] { return activeWindow(*connection) == own.winId(); }));
-    EXPECT_FALSE(snapper.snap(Position::left));
+    EXPECT_EQ(snapper.snap(Position::left), Outcome::noWindow);
     EXPECT_EQ(workspace.beeps, 2);
     own.hide();
 
     FakeApplication application = open();
     application.setType("_NET_WM_WINDOW_TYPE_DOCK"); // a window manager would not focus one
-    EXPECT_FALSE(snapper.snap(Position::left));
+    EXPECT_EQ(snapper.snap(Position::left), Outcome::noWindow);
     EXPECT_EQ(workspace.beeps, 3);
 }
 
@@ -297,13 +298,13 @@ TEST_F(X11SnapTest, aWindowThatStaysWhereItIsMakesOneBeepAndOneThatClosesNone) {
     const auto windowManager = static_cast<pid_t>(windowManagerPid(*connection));
     ASSERT_GT(windowManager, 1);
     kill(windowManager, SIGSTOP); // as deaf as one that arranges windows by itself
-    EXPECT_TRUE(snapper.snap(Position::left));
+    EXPECT_EQ(snapper.snap(Position::left), Outcome::moves);
     const bool beeped = spinUntil([&] { return workspace.beeps > 0; }, 2s);
     spinFor(400ms);
     EXPECT_TRUE(beeped);
     EXPECT_EQ(workspace.beeps, 1);
 
-    EXPECT_TRUE(snapper.snap(Position::right));
+    EXPECT_EQ(snapper.snap(Position::right), Outcome::moves);
     application.reset();
     spinFor(400ms);
     kill(windowManager, SIGCONT);
@@ -354,7 +355,7 @@ TEST_F(X11SnapTest, eachMonitorHasItsOwnUsableArea) {
 
         snap(Position::maximize);
         EXPECT_TRUE(comesTo(application, leftHalf));
-        EXPECT_TRUE(snapper.moveToNextDisplay());
+        EXPECT_EQ(snapper.moveToNextDisplay(), Outcome::moves);
         EXPECT_TRUE(comesTo(application, {960, 0, 960, 1040}));
         snap(Position::bottom);
         EXPECT_TRUE(comesTo(application, {960, 520, 960, 520}));

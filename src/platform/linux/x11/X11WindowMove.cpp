@@ -9,6 +9,7 @@ constexpr Scheduler::Duration stateDeadline{300};
 constexpr Scheduler::Duration answerDeadline{400}; // a window manager that refuses may say nothing
 constexpr Scheduler::Duration quiet{50};           // after the last word of an answer
 constexpr Scheduler::Duration lateChanges{300};
+constexpr Scheduler::Duration lateChangesAfterFill{1000}; // a shadow may take long to return
 
 constexpr uint32_t byTheUser = 2; // the source of a request, as pagers give it
 constexpr uint32_t removeState = 0;
@@ -35,11 +36,11 @@ X11WindowMove::X11WindowMove(X11Connection& connection, Scheduler& scheduler, xc
     const uint32_t events =
         m_eventsBefore | XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection.xcb(), window, XCB_CW_EVENT_MASK, &events);
-    const bool isFilling = fillOf(connection, window).isAny();
-    if (isFilling)
+    m_leavesFill = fillOf(connection, window).isAny();
+    if (m_leavesFill)
         changeFill(removeState, {true, true, true});
     m_deadline =
-        m_scheduler.after(isFilling ? stateDeadline : Scheduler::Duration(0), [this] { ask(); });
+        m_scheduler.after(m_leavesFill ? stateDeadline : Scheduler::Duration(0), [this] { ask(); });
 }
 
 X11WindowMove::~X11WindowMove() {
@@ -152,7 +153,7 @@ void X11WindowMove::settle() {
     if (m_phase == Phase::watching)
         return;
     m_phase = Phase::watching;
-    m_deadline = m_scheduler.after(lateChanges, m_ended);
+    m_deadline = m_scheduler.after(m_leavesFill ? lateChangesAfterFill : lateChanges, m_ended);
     m_atSettling = X11WindowFrame::read(m_connection, m_window);
     const Report settled = m_settled; // it may destroy this move
     settled();

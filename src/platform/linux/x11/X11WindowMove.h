@@ -43,6 +43,7 @@ private:
     Report m_settled;
     Report m_ended;
     Phase m_phase = Phase::leaving;
+    bool m_leavesFill = false;
     int m_asksLeft = 3;
     X11WindowFrame m_atAsking;
     std::optional<X11WindowFrame> m_atSettling;
