@@ -208,8 +208,8 @@ void AppDelegate::run(const Command& command, const Reply& reply) {
     if (command.verb == Verb::stats)
         return reportStats(command, reply);
     if (isKeptByDesktop(command.verb))
-        // A Quillet that this very verb started may not know yet what there is to turn.
-        return m_services->platform.desktop->whenKnown([this, command, reply] {
+        // Others may have turned it, and what this very verb started does not know it yet.
+        return m_services->platform.desktop->refresh([this, command, reply] {
             if (command.verb == Verb::dark)
                 runDarkVerb(command, *m_services->switches, reply);
             else
@@ -230,6 +230,7 @@ VerbResult AppDelegate::carryOut(const Command& command) {
     case Verb::service:
         return VerbResult::done(); // it runs, and there is nothing to bring to the front
     case Verb::status:
+        m_services->platform.desktop->retry();
         return VerbResult::done(status());
     case Verb::clipList:
     case Verb::clipCopy:

@@ -36,16 +36,20 @@ public:
     virtual QVariant fileManagerValue(FileManagerKey key) const = 0;
 
     /// Stores a value and makes the file manager follow it, in the background and in the order of
-    /// the calls. The new value is what fileManagerValue() gives from now on, even should it not
-    /// get through, which is logged.
+    /// the calls. The new value is what fileManagerValue() gives until the next reading, even should
+    /// it not get through, which is logged.
     virtual void setFileManagerValue(FileManagerKey key, bool value) = 0;
 
     /// Why a setting cannot be changed on this desktop, for people; empty where it can.
     virtual QString cause(FileManagerKey key) const = 0;
 
-    /// Runs `task` once all of this has become known, or is known not to be told: inside the call
-    /// or within seconds of the start. It is dropped when this dies first.
-    virtual void whenKnown(std::function<void()> task) = 0;
+    /// Reads all of this again, for changes that the desktop does not tell of, and runs `task` when
+    /// that is done or known to fail: inside the call or within seconds. It is dropped when this
+    /// dies first.
+    virtual void refresh(std::function<void()> task) = 0;
+
+    /// Asks again, in the background, for what the desktop took too long to tell.
+    virtual void retry() = 0;
 
     /// Shows the desktop's own settings.
     virtual void openSettings() = 0;

@@ -8,6 +8,12 @@ namespace quillet {
 
 Q_LOGGING_CATEGORY(logCommands, "quillet.commands", QtWarningMsg)
 
+namespace {
+
+const QString overrun = QStringLiteral("overrun"); // the name of a deadline that was missed
+
+} // namespace
+
 ProcessCommands::ProcessCommands(std::chrono::milliseconds patience) : m_patience(patience) {}
 
 ProcessCommands::~ProcessCommands() {
@@ -38,8 +44,9 @@ void ProcessCommands::run(const QString& program, const QStringList& arguments,
     process->start(program, arguments);
     auto* deadline = new QTimer(process);
     deadline->setSingleShot(true);
-    deadline->callOnTimeout([process] {
+    deadline->callOnTimeout([process, deadline] {
         qCWarning(logCommands, "%s takes too long and is ended", qPrintable(process->program()));
+        deadline->setObjectName(overrun);
         process->kill();
     });
     deadline->start(m_patience);
@@ -59,6 +66,7 @@ void ProcessCommands::finish(QProcess* process, const Completion& completion) {
     if (process->exitStatus() == QProcess::NormalExit &&
         process->error() != QProcess::FailedToStart)
         result.exitCode = process->exitCode();
+    result.tookTooLong = process->findChild<QTimer*>(overrun) != nullptr;
     result.output = process->readAllStandardOutput();
     completion(std::move(result));
 }

@@ -32,7 +32,12 @@ public:
     QString cause(FileManagerKey key) const override {
         return missing.contains(key) ? QStringLiteral("Not in this memory.") : QString();
     }
-    void whenKnown(std::function<void()> task) override { task(); }
+    void refresh(std::function<void()> task) override {
+        for (const auto& [key, value] : std::exchange(unnoticed, {}))
+            store(key, value);
+        task();
+    }
+    void retry() override {}
     void openSettings() override { ++timesOpened; }
 
     /// What somebody else does.
@@ -56,8 +61,9 @@ public:
     }
 
     bool letsToggleDark = true;
-    bool isSlow = false;              ///< to toggle
-    std::set<FileManagerKey> missing; ///< settings that cannot be changed
+    bool isSlow = false;                          ///< to toggle
+    std::set<FileManagerKey> missing;             ///< settings that cannot be changed
+    std::map<FileManagerKey, QVariant> unnoticed; ///< what somebody else stored; read at a refresh
 
     std::vector<std::pair<FileManagerKey, bool>> written;
     int timesOpened = 0;

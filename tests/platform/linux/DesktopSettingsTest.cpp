@@ -3,11 +3,13 @@
 #include "platform/linux/dbus/LinuxDesktopSettings.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/memory/MemoryCommands.h"
+#include "platform/memory/MemoryPreferences.h"
 #include "platform/memory/MemoryScheduler.h"
 #include "support/FakePortal.h"
 
 #include <gtest/gtest.h>
 #include <QDir>
+#include <QRegularExpression>
 
 namespace quillet {
 
@@ -24,9 +26,10 @@ const QString getTheme = u"gsettings get org.gnome.desktop.interface gtk-theme"_
 class DesktopSettingsTest : public testing::Test {
 protected:
     LinuxDesktopSettings& start(const QString& currentDesktop) {
-        settings.emplace(bus.connect(), commands,
-                         LinuxDesktopSettings::Surroundings{
-                             currentDesktop, u"/home of a/share"_s, {folder.path()}});
+        settings.emplace(
+            bus.connect(), commands, preferences,
+            LinuxDesktopSettings::Surroundings{
+                currentDesktop, folder.path(), u"/home of a/share"_s, {folder.path()}});
         return *settings;
     }
 
@@ -49,6 +52,7 @@ protected:
     PrivateBus bus;
     MemoryScheduler scheduler;
     MemoryCommands commands{scheduler};
+    MemoryPreferences preferences;
     std::optional<LinuxDesktopSettings> settings;
 };
 
@@ -83,85 +87,162 @@ TEST_F(DesktopSettingsTest, whereThePortalIsAbsentOrHasNoPreferenceTheDesktopsOw
     }
 }
 
-TEST_F(DesktopSettingsTest, whoeverAsksTooEarlyIsToldWhenAllIsKnown) {
-    script(getScheme, "'prefer-dark'");
+TEST_F(DesktopSettingsTest, aRefreshTellsWhatOthersStoredAndWhoeverAsksTooEarlyIsToldInTime) {
+    const QString hidden = u"gsettings get org.gtk.gtk4.Settings.FileChooser show-hidden"_s;
+    script(hidden, "false");
     start(u"MATE"_s);
-    int told = 0;
-    const auto tell = [&] {
-        ++told;
-        EXPECT_TRUE(settings->isDark());
+    for (const bool dark : {true, false}) {
+        script(getScheme, dark ? "'prefer-dark'" : "'default'");
+        script(hidden, dark ? "false" : "true");
+        bool isTold = false;
+        settings->refresh([&] { isTold = true; });
+        EXPECT_FALSE(isTold);
+        ASSERT_TRUE(waitFor([&] { return isTold; }));
+        EXPECT_EQ(settings->isDark(), dark);
+        EXPECT_EQ(settings->fileManagerValue(Key::showAllFiles), QVariant(!dark));
         EXPECT_NE(settings->cause(Key::createDesktop), QString());
-    };
-    settings->whenKnown(tell);
-    EXPECT_EQ(told, 0);
-    waitFor([&] { return told > 0; });
-    settings->whenKnown(tell);
-    EXPECT_EQ(told, 2);
+    }
 }
 
-TEST_F(DesktopSettingsTest, darkIsSetWhereTheDesktopKeepsItWithAThemeThatIsInstalled) {
+TEST_F(DesktopSettingsTest, whatTookTooLongToTellIsAskedAgain) {
+    const QString ask = u"env LC_ALL=C gnome-extensions info ding@rastersoft.com"_s;
+    commands.results[ask] = {-1, {}, true};
+    start(u"GNOME"_s);
+    const auto isThere = [&] { return settings->cause(Key::createDesktop).isEmpty(); };
+    runCommands();
+    EXPECT_EQ(settings->cause(Key::createDesktop), u"The desktop takes too long to tell."_s);
+    bool isRead = false;
+    settings->refresh([&] { isRead = true; });
+    ASSERT_TRUE(waitFor([&] { return isRead; }));
+    EXPECT_FALSE(isThere());
+    script(ask, "State: ENABLED");
+    settings->retry();
+    EXPECT_TRUE(waitFor(isThere));
+
+    commands.results[ask] = {-1, {}, true};
+    start(u"GNOME"_s);
+    runCommands();
+    script(ask, "State: ENABLED");
+    const FakeService shell(bus, u"org.gnome.Shell"_s, u"/"_s);
+    EXPECT_TRUE(waitFor(isThere)) << "when the one who knows has come";
+}
+
+TEST_F(DesktopSettingsTest, darkTakesAThemeThatIsInstalledAndLightTheOneThatWasThereBefore) {
     struct Case {
         const char* desktop;
-        const char* getTheme;
-        const char* theme;
-        const char* installed;
-        QStringList expected;
+        const char* read;
+        const char* set;
+        const char* light;
+        const char* dark;
+        const char* folder;
     };
-    const QString setScheme =
-        u"gsettings set org.gnome.desktop.interface color-scheme prefer-dark"_s;
     const Case cases[] = {
-        {"XFCE",
-         "xfconf-query -c xsettings -p /Net/ThemeName",
-         "Greybird",
-         "Greybird-dark",
-         {setScheme,
-          u"xfconf-query -c xsettings -p /Net/ThemeName -n -t string -s Greybird-dark"_s}},
-        {"X-Cinnamon",
-         "gsettings get org.cinnamon.desktop.interface gtk-theme",
-         "'Mint-Y-Aqua'",
-         "Mint-Y-Dark-Aqua",
-         {setScheme, u"gsettings set org.x.apps.portal color-scheme prefer-dark"_s,
-          u"gsettings set org.cinnamon.desktop.interface gtk-theme Mint-Y-Dark-Aqua"_s}},
-        {"KDE", "", "", "Breeze", {setScheme, u"plasma-apply-colorscheme BreezeDark"_s}},
+        {"X-Cinnamon", "gsettings get org.cinnamon.desktop.interface gtk-theme",
+         "gsettings set org.cinnamon.desktop.interface gtk-theme", "Mint-Y-Aqua",
+         "Mint-Y-Dark-Aqua", ".themes/Mint-Y-Dark-Aqua/gtk-3.0"},
+        {"XFCE", "xfconf-query -c xsettings -p /Net/ThemeName",
+         "xfconf-query -c xsettings -p /Net/ThemeName -n -t string -s", "Xfce", "Adwaita-dark",
+         "themes/Adwaita-dark/gtk-3.0"},
+        {"MATE", "gsettings get org.mate.interface gtk-theme",
+         "gsettings set org.mate.interface gtk-theme", "Shiny", "BlackMATE",
+         "themes/BlackMATE/gtk-3.0"},
+        {"GNOME", "gsettings get org.gnome.desktop.interface color-scheme",
+         "gsettings set org.gnome.desktop.interface color-scheme", "prefer-light", "prefer-dark",
+         nullptr},
     };
     for (const Case& each : cases) {
-        QDir(folder.path()).mkdir(QString::fromLatin1(each.installed));
-        script(QString::fromLatin1(each.getTheme), each.theme);
-        start(QString::fromLatin1(each.desktop));
-        runCommands();
-        commands.calls.clear();
-        commands.results[each.expected.last()] = {0, {}}; // the only one that succeeds
+        const QString read = QString::fromLatin1(each.read);
+        const auto toggles = [&](const char* from, const char* to, bool isDark) {
+            script(read, '\'' + QByteArray(from) + "'\n");
+            start(QString::fromLatin1(each.desktop)); // as after a restart, all the same
+            bool isKnown = false;
+            settings->refresh([&] { isKnown = true; });
+            EXPECT_TRUE(waitFor([&] { return isKnown && settings->isDark() == isDark; }));
+            commands.calls.clear();
+            const QString set =
+                u"%1 %2"_s.arg(QString::fromLatin1(each.set), QString::fromLatin1(to));
+            script(set, {});
+            std::optional<bool> told;
+            settings->toggleDark([&](bool done) { told = done; });
+            EXPECT_TRUE(waitFor([&] { return told.has_value(); }));
+            EXPECT_EQ(*told, commands.calls.contains(set)) << each.desktop;
+            EXPECT_EQ(*told, !commands.calls.filter(QRegularExpression(u" set | -s "_s)).isEmpty())
+                << "nothing is half dark";
+            return *told;
+        };
+        if (each.folder) {
+            EXPECT_FALSE(toggles(each.light, each.dark, false)) << each.desktop;
+            QDir(folder.path()).mkpath(QString::fromLatin1(each.folder));
+        }
+        EXPECT_TRUE(toggles(each.light, each.dark, false)) << each.desktop;
+        EXPECT_TRUE(toggles(each.dark, each.light, true)) << each.desktop;
+    }
+}
+
+TEST_F(DesktopSettingsTest, aSchemeOfColoursThatTheDesktopDoesNotFollowDoesNotMakeItDark) {
+    FakePortal portal(bus, {{FakePortal::colorScheme, 1U}, {FakePortal::reducedMotion, 1U}});
+    script(u"xfconf-query -c xsettings -p /Net/ThemeName"_s, "Xfce\n");
+    script(getScheme, "'prefer-dark'");
+    start(u"XFCE"_s);
+    bool isRead = false;
+    settings->refresh([&] { isRead = true; });
+    ASSERT_TRUE(waitFor([&] { return isRead && settings->isMotionReduced(); }));
+    EXPECT_FALSE(settings->isDark());
+}
+
+TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
+    const QString path = folder.filePath(u"lxqt/lxqt.conf"_s);
+    QDir(folder.path()).mkpath(u"lxqt/themes/dark"_s);
+    const auto content = [&](const QByteArray& written = {}) {
+        QFile file(path);
+        file.open(written.isEmpty() ? QIODevice::ReadOnly : QIODevice::WriteOnly);
+        return written.isEmpty() ? file.readAll() : (file.write(written), written);
+    };
+    const QByteArray before = "[General]\nicon_theme=breeze\ntheme=frost\n";
+    content(before);
+    start(u"LXQt"_s);
+    for (const bool dark : {true, false}) {
+        bool isRead = false;
+        settings->refresh([&] { isRead = true; });
+        ASSERT_TRUE(waitFor([&] { return isRead; }));
         std::optional<bool> told;
         settings->toggleDark([&](bool done) { told = done; });
-        runCommands();
-        EXPECT_TRUE(waitFor([&] { return told.has_value(); }));
-        EXPECT_EQ(told, true) << each.desktop;
-        QStringList changing = commands.calls;
-        changing.removeIf([](const QString& call) {
-            return call.contains(u" get "_s) || call.startsWith(u"kread"_s) ||
-                   call.endsWith(u"ThemeName"_s);
-        });
-        EXPECT_EQ(changing, each.expected) << each.desktop;
+        ASSERT_TRUE(waitFor([&] { return told.has_value(); }));
+        EXPECT_EQ(told, true);
+        EXPECT_EQ(settings->isDark(), dark);
+        EXPECT_EQ(content().contains("theme=dark"), dark);
+        EXPECT_EQ(content().contains("window_color=#232323"), dark);
     }
+    EXPECT_EQ(content(), before);
 }
 
 TEST_F(DesktopSettingsTest, aThemeHasItsCounterpartWhereThatIsInstalled) {
     for (const QString& name :
          {u"Greybird"_s, u"Greybird-dark"_s, u"Mint-Y-Dark-Aqua"_s, u"Adwaita-dark"_s})
         QDir(folder.path()).mkdir(name);
-    const QStringList folders{u"/nowhere"_s, folder.path()};
-    const std::tuple<bool, QString, QString> cases[] = {
+    DesktopLook look;
+    look.folders = {u"%1"_s};
+    look.dark = {u"Missing-dark"_s, u"Adwaita-dark"_s};
+    const LookPair last{u"Missing"_s, u"Greybird-dark"_s};
+    struct Row {
+        bool dark;
+        QString name;
+        QString expected;
+        std::optional<LookPair> last{};
+    };
+    const Row rows[] = {
         {true, u"Greybird"_s, u"Greybird-dark"_s},
         {true, u"Greybird-dark"_s, u"Greybird-dark"_s},
         {false, u"Greybird-dark"_s, u"Greybird"_s},
+        {false, u"Greybird-dark"_s, u"Missing"_s, last}, // it may come from elsewhere
+        {true, u"Missing"_s, u"Greybird-dark"_s, last},
         {true, u"Mint-Y-Aqua"_s, u"Mint-Y-Dark-Aqua"_s},
         {false, u"Mint-Y-Dark-Aqua"_s, u"Mint-Y-Dark-Aqua"_s}, // no such light one
-        {true, u"Darkly"_s, u"Darkly"_s},
+        {true, u"Darkly"_s, u"Adwaita-dark"_s},
         {false, u"Adwaita-dark"_s, u"Adwaita"_s},
-        {true, QString(), QString()},
     };
-    for (const auto& [dark, theme, expected] : cases)
-        EXPECT_EQ(themeFor(dark, theme, folders), expected) << theme.toStdString();
+    for (const Row& row : rows)
+        EXPECT_EQ(nameFor(row.dark, row.name, look, row.last, {folder.path()}), row.expected);
 }
 
 TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
@@ -208,7 +289,7 @@ TEST_F(DesktopSettingsTest, afterAToggleThePortalsPreferenceOutweighsThePrograms
     commands.results[u"gsettings"_s] = {0, "'prefer-dark'"};
     start(u"GNOME"_s);
     bool isKnown = false;
-    settings->whenKnown([&] { isKnown = true; });
+    settings->refresh([&] { isKnown = true; });
     ASSERT_TRUE(waitFor([&] { return isKnown; }));
     bool isOver = false;
     settings->toggleDark([&](bool) { isOver = true; });
@@ -310,7 +391,8 @@ struct LinuxDesktopSettingsBackend {
     PrivateBus bus;
     FakePortal portal{bus, {{FakePortal::colorScheme, 0U}}};
     ProcessCommands commands;
-    LinuxDesktopSettings settings{bus.connect(), commands, {u"GNOME"_s, home.path(), {}}};
+    MemoryPreferences preferences;
+    LinuxDesktopSettings settings{bus.connect(), commands, preferences, {u"GNOME"_s, {}, {}, {}}};
 
     DesktopSettings& desktop() { return settings; }
 

@@ -30,13 +30,29 @@ DesktopSwitch kconfig(const QString& version, const QString& file, const QString
     return {u"kreadconfig"_s + version + place, u"true"_s, set + u"true"_s, set + u"false"_s};
 }
 
-DesktopTheme gsettingsTheme(const QString& schema) {
-    const QString place = schema + u" gtk-theme"_s;
-    return {u"gsettings get "_s + place, u"gsettings set "_s + place};
+const QString commonSchema = u"org.gnome.desktop.interface"_s;
+
+DesktopLook gsettingsLook(const QString& place, const QStringList& dark, const QStringList& light,
+                          const QString& folder = {}) {
+    DesktopLook look{u"gsettings get "_s + place, u"gsettings set "_s + place, dark, light};
+    if (!folder.isEmpty())
+        look.folders = {u"themes/"_s + folder, u".themes/"_s + folder};
+    return look;
 }
 
-DesktopSwitch colorScheme(const QString& schema) {
-    return gsettings(schema + u" color-scheme"_s, u"prefer-dark"_s, u"default"_s);
+DesktopLook gtkTheme(const QString& schema, const QStringList& dark = {u"Adwaita-dark"_s},
+                     const QStringList& light = {u"Adwaita"_s}) {
+    return gsettingsLook(schema + u" gtk-theme"_s, dark, light, u"%1/gtk-3.0"_s);
+}
+
+DesktopLook colorScheme(const QString& schema) {
+    return gsettingsLook(schema + u" color-scheme"_s, {u"prefer-dark"_s}, {u"default"_s});
+}
+
+/// Without a light name, none is stored and the desktop's own default shows.
+DesktopLook iniLook(const QString& file, const QString& key, const QString& dark) {
+    const QString place = u"ini $CONFIG/%1 %2"_s.arg(file, key);
+    return {place, place, {dark}, {QString()}};
 }
 
 /// Where every file chooser of the two toolkit versions looks, and a file manager made with them.
@@ -56,6 +72,7 @@ Desktop gnome() {
     desktop.icons = {
         {u"env LC_ALL=C gnome-extensions info "_s + extension, u"(?s).*State: (ENABLED|ACTIVE).*"_s,
          u"gnome-extensions enable "_s + extension, u"gnome-extensions disable "_s + extension}};
+    desktop.iconsService = u"org.gnome.Shell"_s;
     desktop.whyNoIcons = u"This desktop has no icons without its extension for them."_s;
     desktop.hiddenFiles = fileChoosers();
     return desktop;
@@ -66,8 +83,9 @@ Desktop cinnamon() {
     desktop.icons = {gsettings(u"org.nemo.desktop show-desktop-icons"_s)};
     desktop.hiddenFiles =
         with(fileChoosers(), gsettings(u"org.nemo.preferences show-hidden-files"_s));
-    desktop.dark = {colorScheme(u"org.x.apps.portal"_s)};
-    desktop.themes = {gsettingsTheme(u"org.cinnamon.desktop.interface"_s)};
+    desktop.looks = {gtkTheme(u"org.cinnamon.desktop.interface"_s),
+                     colorScheme(u"org.x.apps.portal"_s)};
+    desktop.isDarkByPortal = false;
     return desktop;
 }
 
@@ -76,7 +94,12 @@ Desktop mate() {
     desktop.icons = {gsettings(u"org.mate.background show-desktop-icons"_s)};
     desktop.hiddenFiles =
         with(fileChoosers(), gsettings(u"org.mate.caja.preferences show-hidden-files"_s));
-    desktop.themes = {gsettingsTheme(u"org.mate.interface"_s)};
+    const QStringList dark{u"BlackMATE"_s};
+    const QStringList light{u"Menta"_s};
+    desktop.looks = {
+        gtkTheme(u"org.mate.interface"_s, dark, light),
+        gsettingsLook(u"org.mate.Marco.general theme"_s, dark, light, u"%1/metacity-1"_s)};
+    desktop.isDarkByPortal = false;
     return desktop;
 }
 
@@ -89,7 +112,10 @@ Desktop xfce() {
     desktop.hiddenFiles = with(fileChoosers(), xfconf(u"thunar"_s, u"/last-show-hidden"_s,
                                                       u"bool"_s, u"true"_s, u"false"_s));
     const QString theme = u"xfconf-query -c xsettings -p /Net/ThemeName"_s;
-    desktop.themes = {{theme, theme + u" -n -t string -s"_s}};
+    desktop.looks = {gtkTheme(commonSchema)};
+    desktop.looks.front().read = theme;
+    desktop.looks.front().set = theme + u" -n -t string -s"_s;
+    desktop.isDarkByPortal = false;
     return desktop;
 }
 
@@ -101,12 +127,11 @@ Desktop kde() {
         desktop.hiddenFiles.push_back(kconfig(version,
                                               u"$DATA/dolphin/view_properties/global/.directory"_s,
                                               u"Settings"_s, u"HiddenFilesShown"_s));
-    const QString scheme = u" --file kdeglobals --group General --key ColorScheme"_s;
-    desktop.dark = {
-        {u"kreadconfig5"_s + scheme, u".*Dark"_s, u"plasma-apply-colorscheme BreezeDark"_s,
-         u"plasma-apply-colorscheme BreezeLight"_s},
-        {u"kreadconfig6"_s + scheme, u".*Dark"_s, {}, {}},
-    };
+    desktop.looks = {{u"ini $CONFIG/kdeglobals ColorScheme"_s,
+                      u"plasma-apply-colorscheme"_s,
+                      {u"BreezeDark"_s},
+                      {u"BreezeLight"_s}}};
+    desktop.looks.front().namesTell = false;
     return desktop;
 }
 
@@ -114,6 +139,14 @@ Desktop lxqt() {
     Desktop desktop;
     desktop.whyNoIcons = u"This desktop draws its icons and its wallpaper as one."_s;
     desktop.whyNoHiddenFiles = u"This desktop's file manager has no setting for programs."_s;
+    const QString file = u"lxqt/lxqt.conf"_s;
+    desktop.looks = {iniLook(file, u"theme"_s, u"dark"_s),
+                     iniLook(file, u"Palette/window_color"_s, u"#232323"_s),
+                     iniLook(file, u"Palette/window_text_color"_s, u"#e1e6e6"_s),
+                     iniLook(file, u"Palette/base_color"_s, u"#282828"_s),
+                     iniLook(file, u"Palette/text_color"_s, u"#d6d6d6"_s)};
+    desktop.looks.front().folders = {u"lxqt/themes/%1"_s};
+    desktop.isDarkByPortal = false;
     return desktop;
 }
 
@@ -149,11 +182,33 @@ bool isDarkPart(const QString& part) {
     return part.compare("dark"_L1, Qt::CaseInsensitive) == 0;
 }
 
-bool isInstalled(const QString& theme, const QStringList& folders) {
+bool isInstalled(const QString& name, const DesktopLook& look, const QStringList& folders) {
     // One light theme is part of the toolkit itself.
-    return theme == "Adwaita"_L1 || std::ranges::any_of(folders, [&](const QString& folder) {
-               return QFileInfo(folder + u'/' + theme).isDir();
-           });
+    if (look.folders.isEmpty() || name == "Adwaita"_L1)
+        return true;
+    return std::ranges::any_of(folders, [&](const QString& folder) {
+        return std::ranges::any_of(look.folders, [&](const QString& place) {
+            return QFileInfo(folder + u'/' + place.arg(name)).isDir();
+        });
+    });
+}
+
+/// Names that may belong to the same theme.
+QStringList counterparts(bool dark, const QString& name) {
+    QStringList parts = name.split(u'-');
+    if (!dark) {
+        parts.removeIf(isDarkPart);
+        return {parts.join(u'-')};
+    }
+    QStringList names; // "Name-dark", but "Name-Dark-Blue" too
+    for (qsizetype place = parts.size(); place > 0; --place) {
+        for (const QString& word : {u"dark"_s, u"Dark"_s}) {
+            QStringList longer = parts;
+            longer.insert(place, word);
+            names.append(longer.join(u'-'));
+        }
+    }
+    return names;
 }
 
 } // namespace
@@ -161,40 +216,34 @@ bool isInstalled(const QString& theme, const QStringList& folders) {
 Desktop desktopNamed(const QString& currentDesktop) {
     Desktop desktop = ownPart(currentDesktop);
     // What the programs of every desktop look at.
-    const QString common = u"org.gnome.desktop.interface"_s;
-    desktop.dark.insert(desktop.dark.begin(), colorScheme(common));
-    desktop.themes.push_back(gsettingsTheme(common));
+    desktop.looks.push_back(colorScheme(commonSchema));
+    desktop.looks.push_back(gtkTheme(commonSchema));
     return desktop;
 }
 
-bool isDarkTheme(const QString& theme) {
-    return std::ranges::any_of(theme.split(u'-'), isDarkPart);
+std::optional<bool> isDarkByName(const DesktopLook& look, const QString& name) {
+    if (name == "default"_L1)
+        return std::nullopt;
+    return look.dark.contains(name) || name.endsWith("Dark"_L1) ||
+           std::ranges::any_of(name.split(u'-'), isDarkPart);
 }
 
-QString themeFor(bool dark, const QString& theme, const QStringList& folders) {
-    if (isDarkTheme(theme) == dark)
-        return theme;
-    const QStringList parts = theme.split(u'-');
+QString nameFor(bool dark, const QString& name, const DesktopLook& look,
+                const std::optional<LookPair>& last, const QStringList& folders) {
+    if (look.namesTell && isDarkByName(look, name).value_or(false) == dark)
+        return name;
+    if (!dark && last && name == last->dark)
+        return last->light; // wherever it comes from, it was there
     QStringList names;
-    if (dark) {
-        // "Name-dark", but "Name-Dark-Blue" too.
-        for (qsizetype place = parts.size(); place > 0; --place) {
-            for (const QString& word : {u"dark"_s, u"Dark"_s}) {
-                QStringList longer = parts;
-                longer.insert(place, word);
-                names.append(longer.join(u'-'));
-            }
-        }
-    } else {
-        QStringList shorter = parts;
-        shorter.removeIf(isDarkPart);
-        names.append(shorter.join(u'-'));
-    }
-    for (const QString& name : names) {
-        if (isInstalled(name, folders))
-            return name;
-    }
-    return theme;
+    if (dark && last && name == last->light)
+        names.append(last->dark);
+    if (!look.folders.isEmpty())
+        names.append(counterparts(dark, name));
+    names.append(dark ? look.dark : look.light);
+    const auto wanted = std::ranges::find_if(names, [&](const QString& candidate) {
+        return candidate != name && isInstalled(candidate, look, folders);
+    });
+    return wanted == names.end() ? name : *wanted;
 }
 
 } // namespace quillet

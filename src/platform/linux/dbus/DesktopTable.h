@@ -1,34 +1,44 @@
 #pragma once
 
+#include <optional>
 #include <QString>
 #include <QStringList>
 #include <vector>
 
 namespace quillet {
 
-/// One place where a desktop keeps something that is on or off: command lines of words between
-/// single spaces, in which `$DATA` is the folder of the user's application data.
+// Command lines here are words between single spaces, in which `$CONFIG` and `$DATA` are the
+// folders of the user's settings and of application data. The program `ini` is in here: see
+// IniFile.h.
+
+/// One place where a desktop keeps something that is on or off.
 struct DesktopSwitch {
-    QString read;  ///< fails where the desktop lacks the place
-    QString isOn;  ///< what `read` puts out where it is on: a regular expression for all of it
-    QString setOn; ///< empty, as the other one, where another place's does for both
+    QString read; ///< fails where the desktop lacks the place
+    QString isOn; ///< what `read` puts out where it is on: a regular expression for all of it
+    QString setOn;
     QString setOff;
     bool mayBeUnset = false; ///< `read` also fails where nothing is stored yet
     bool hasKinds = false;   ///< of being on: the one that is found replaces the last word of setOn
 };
 
-/// The name of the theme that a desktop draws programs with.
-struct DesktopTheme {
+/// Where a desktop keeps a name that it draws by: of a theme, of a colour scheme, of a colour.
+struct DesktopLook {
     QString read;
-    QString set; ///< the name is one word more
+    QString set;           ///< the name is one word more
+    QStringList dark;      ///< what a light one without a counterpart gives way to, the best first
+    QStringList light;     ///< and a dark one
+    QStringList folders{}; ///< where one is installed, below those of data: `%1` is its name
+    bool namesTell = true; ///< which ones are dark
 };
 
 /// How one desktop keeps the settings that people switch from here.
 struct Desktop {
     std::vector<DesktopSwitch> icons;
     std::vector<DesktopSwitch> hiddenFiles;
-    std::vector<DesktopSwitch> dark;
-    std::vector<DesktopTheme> themes; ///< the first one tells whether the desktop is dark
+    std::vector<DesktopLook> looks; ///< the first is the desktop's own, the others go with it
+    bool isDarkByPortal = true;     ///< whether the portal knows better than the looks
+
+    QString iconsService; ///< a program that knows of the icons once it runs; may be empty
 
     // For people: why a switch cannot work where none of its places is there.
     QString whyNoIcons;
@@ -39,11 +49,19 @@ struct Desktop {
 /// colons, the nearest first. On an unknown desktop only what all have in common is switched.
 Desktop desktopNamed(const QString& currentDesktop);
 
-/// The dark theme that belongs to a light one or the light one that belongs to a dark one, where
-/// it is installed in one of `folders`; else the theme itself.
-QString themeFor(bool dark, const QString& theme, const QStringList& folders);
+/// Two names that one look has had, each put in place of the other.
+struct LookPair {
+    QString light;
+    QString dark;
+};
 
-/// Whether a theme is a dark one, by its name.
-bool isDarkTheme(const QString& theme);
+/// What a look that is called `name` is to be called to be dark or to be light: as in the `last`
+/// pair if it is of that, else its counterpart in `folders`, else one of the look's own. The name
+/// itself where none of them is installed.
+QString nameFor(bool dark, const QString& name, const DesktopLook& look,
+                const std::optional<LookPair>& last, const QStringList& folders);
+
+/// Whether a look is dark by its name; absent where that leaves it open.
+std::optional<bool> isDarkByName(const DesktopLook& look, const QString& name);
 
 } // namespace quillet

@@ -1,5 +1,6 @@
 #include "platform/linux/dbus/LinuxDesktopSettings.h"
 
+#include "platform/linux/dbus/IniFile.h"
 #include "platform/linux/SettingsProgram.h"
 
 #include <algorithm>
@@ -43,18 +44,17 @@ bool isThere(const DesktopSwitch& place, const CommandResult& reading) {
     return reading.exitCode == 0 || (place.mayBeUnset && reading.exitCode > 0);
 }
 
-/// With what is there, where that is to come back.
-DesktopSwitch asFound(DesktopSwitch place, const CommandResult& reading) {
-    if (place.hasKinds && isOn(place, reading)) {
-        QStringList words = place.setOn.split(u' ');
-        words.last() = QString::fromUtf8(reading.output).trimmed();
-        place.setOn = words.join(u' ');
-    }
-    return place;
+/// What is there is to come back.
+void keepKind(DesktopSwitch& place, const CommandResult& reading) {
+    if (!place.hasKinds || !isOn(place, reading))
+        return;
+    QStringList words = place.setOn.split(u' ');
+    words.last() = QString::fromUtf8(reading.output).trimmed();
+    place.setOn = words.join(u' ');
 }
 
 /// Some programs put a text between quotes.
-QString themeName(const CommandResult& reading) {
+QString lookName(const CommandResult& reading) {
     QString name = QString::fromUtf8(reading.output).trimmed();
     if (name.startsWith(u'\'') && name.endsWith(u'\'') && name.size() > 1)
         name = name.mid(1, name.size() - 2);
@@ -64,22 +64,29 @@ QString themeName(const CommandResult& reading) {
 } // namespace
 
 LinuxDesktopSettings::Surroundings LinuxDesktopSettings::Surroundings::standard() {
-    QStringList themeFolders{QDir::homePath() + u"/.themes"_s};
-    for (const QString& folder :
-         QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
-        themeFolders.append(folder + u"/themes"_s);
+    using Paths = QStandardPaths;
+    QStringList folders = Paths::standardLocations(Paths::GenericDataLocation);
+    folders.append(QDir::homePath());
     return {qEnvironmentVariable("XDG_CURRENT_DESKTOP"),
-            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation), themeFolders};
+            Paths::writableLocation(Paths::GenericConfigLocation),
+            Paths::writableLocation(Paths::GenericDataLocation), folders};
 }
 
 LinuxDesktopSettings::LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
-                                           Surroundings surroundings)
+                                           Preferences& preferences, Surroundings surroundings)
     : m_commands(commands),
+      m_preferences(preferences),
       m_surroundings(std::move(surroundings)),
       m_desktop(desktopNamed(m_surroundings.currentDesktop)),
       m_fileManager{{{m_desktop.icons, m_desktop.whyNoIcons},
                      {m_desktop.hiddenFiles, m_desktop.whyNoHiddenFiles}}},
       m_portal(session) {
+    m_iconsWatcher.setConnection(session);
+    m_iconsWatcher.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    if (!m_desktop.iconsService.isEmpty())
+        m_iconsWatcher.addWatchedService(m_desktop.iconsService);
+    QObject::connect(&m_iconsWatcher, &QDBusServiceWatcher::serviceRegistered, &m_iconsWatcher,
+                     [this] { readFileManager(FileManagerKey::createDesktop); });
     m_portal.onChanged = [this](const auto& name, const QVariant& value) { note(name, value); };
     m_portal.onAppeared = [this] { readPortal(); };
     readPortal();
@@ -112,7 +119,8 @@ void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant
         assign(m_animationsAreOff, !value.toBool());
     } else if (name == colorScheme) {
         const int word = ++m_portalsWord;
-        if (const auto preferred = isDarkPreferred(value))
+        const auto preferred = isDarkPreferred(value);
+        if (preferred && m_desktop.isDarkByPortal)
             noteDark(*preferred);
         else
             readDarkFromPrograms([this, word](bool dark) {
@@ -128,40 +136,85 @@ void LinuxDesktopSettings::note(const SettingsPortal::Name& name, const QVariant
 /// before, and meanwhile the portal learns of it.
 void LinuxDesktopSettings::readDarkAgain(std::function<void(bool dark)> done) {
     readDarkFromPrograms([this, done = std::move(done)](bool programsDark) {
-        m_portal.read(colorScheme, [programsDark, done](const std::optional<QVariant>& value) {
-            done(isDarkPreferred(value.value_or(QVariant())).value_or(programsDark));
+        m_portal.read(colorScheme, [this, programsDark, done](const auto& value) {
+            const auto preferred = isDarkPreferred(value.value_or(QVariant()));
+            done(m_desktop.isDarkByPortal ? preferred.value_or(programsDark) : programsDark);
         });
     });
 }
 
 void LinuxDesktopSettings::readDarkFromPrograms(std::function<void(bool dark)> done) {
-    const auto dark = std::make_shared<bool>(false);
-    for (const DesktopSwitch& place : m_desktop.dark)
-        run(Queue::appearance, place.read,
-            [dark, place](const auto& reading) { *dark |= isOn(place, reading); });
-    run(Queue::appearance, m_desktop.themes.front().read,
-        [dark, done = std::move(done)](const auto& reading) {
-            done(*dark || isDarkTheme(themeName(reading)));
-        });
+    run(Queue::appearance, m_desktop.looks.front().read,
+        [this, done = std::move(done)](const auto& reading) { noteLook(0, reading, done); });
+}
+
+/// The first look that tells is the one that counts.
+void LinuxDesktopSettings::noteLook(std::size_t index, const CommandResult& reading,
+                                    const std::function<void(bool dark)>& done) {
+    const auto dark = isDarkByName(m_desktop.looks[index], lookName(reading));
+    if (reading.exitCode == 0 && dark)
+        return done(*dark);
+    if (++index == m_desktop.looks.size())
+        return done(false);
+    runAtOnce(Queue::appearance, words(m_desktop.looks[index].read),
+              [this, index, done](const auto& next) { noteLook(index, next, done); });
 }
 
 void LinuxDesktopSettings::toggleDark(Completion completion) {
     const bool dark = !m_isDark;
-    const auto succeeded = std::make_shared<bool>(false);
-    const auto note = [succeeded](const CommandResult& end) { *succeeded |= end.exitCode == 0; };
-    for (const DesktopSwitch& place : m_desktop.dark) {
-        if (const QString& set = dark ? place.setOn : place.setOff; !set.isEmpty())
-            run(Queue::appearance, set, note);
-    }
-    for (const DesktopTheme& used : m_desktop.themes)
-        setTheme(used, dark, note);
-    readDarkAgain([this, succeeded, completion = std::move(completion)](bool isDark) {
-        --m_toggles;
-        noteDark(isDark);
-        completion(*succeeded);
-    });
     ++m_toggles;
     assign(m_isDark, dark);
+    // The desktop's own look comes first: programs are not to look as it does not.
+    const auto isSet = std::make_shared<bool>(false);
+    const DesktopLook* own = &m_desktop.looks.front();
+    for (const DesktopLook& look : m_desktop.looks) {
+        run(Queue::appearance, look.read, [this, &look, own, dark, isSet](const auto& reading) {
+            if (&look == own)
+                setLook(look, dark, reading, [isSet](bool isSo) { *isSet = isSo; });
+            else if (*isSet)
+                setLook(look, dark, reading, [](bool) {});
+        });
+    }
+    readDarkAgain([this, dark, isSet, completion = std::move(completion)](bool isDark) {
+        if (!*isSet)
+            qCWarning(logDesktop, "the desktop's own theme cannot be made %s",
+                      dark ? "dark" : "light");
+        --m_toggles;
+        noteDark(isDark);
+        completion(*isSet);
+    });
+}
+
+/// With what a reading of it has found. `done` is told whether it is as wanted.
+void LinuxDesktopSettings::setLook(const DesktopLook& look, bool dark, const CommandResult& found,
+                                   std::function<void(bool isSo)> done) {
+    if (found.exitCode != 0)
+        return done(false);
+    const QString name = lookName(found);
+    const QString wanted = nameFor(dark, name, look, lastPair(look), m_surroundings.folders);
+    if (wanted == name)
+        return done(isDarkByName(look, name).value_or(false) == dark);
+    runAtOnce(Queue::appearance, words(look.set) << wanted,
+              [this, &look, dark, name, wanted, done = std::move(done)](const auto& end) {
+                  if (end.exitCode == 0)
+                      keepPair(look, dark ? LookPair{name, wanted} : LookPair{wanted, name});
+                  done(end.exitCode == 0);
+              });
+}
+
+PreferenceKey<QStringList> LinuxDesktopSettings::pairKey(const DesktopLook& look) {
+    return {u"dark.pair: "_s + look.read, {}};
+}
+
+std::optional<LookPair> LinuxDesktopSettings::lastPair(const DesktopLook& look) const {
+    const QStringList names = m_preferences.value(pairKey(look));
+    return names.size() == 2 ? std::optional(LookPair{names[0], names[1]}) : std::nullopt;
+}
+
+/// A look that has no name can be put back only where that is as good as any.
+void LinuxDesktopSettings::keepPair(const DesktopLook& look, const LookPair& pair) {
+    if (!pair.light.isEmpty() || look.light.contains(pair.light))
+        m_preferences.set(pairKey(look), {pair.light, pair.dark});
 }
 
 /// While toggles are under way, what is read is passing.
@@ -170,54 +223,68 @@ void LinuxDesktopSettings::noteDark(bool dark) {
         return;
     assign(m_isDark, dark);
     if (!std::exchange(m_isDarkKnown, true))
-        noteKnown();
+        noteRead();
 }
 
-void LinuxDesktopSettings::noteKnown() {
-    if (--m_unknown > 0)
+void LinuxDesktopSettings::noteRead() {
+    if (--m_unread > 0)
         return;
     for (const auto& task : std::exchange(m_waiting, {}))
         task();
 }
 
-void LinuxDesktopSettings::whenKnown(std::function<void()> task) {
-    if (m_unknown == 0)
-        task();
-    else
-        m_waiting.push_back(std::move(task));
+void LinuxDesktopSettings::refresh(std::function<void()> task) {
+    m_waiting.push_back(std::move(task));
+    if (m_unread > 0)
+        return;
+    ++m_unread;
+    readDarkAgain([this](bool dark) {
+        noteDark(dark);
+        noteRead();
+    });
+    readFileManager(FileManagerKey::createDesktop);
+    readFileManager(FileManagerKey::showAllFiles);
 }
 
-void LinuxDesktopSettings::setTheme(const DesktopTheme& used, bool dark, Done done) {
-    run(Queue::appearance, used.read, [this, used, dark, done](const CommandResult& reading) {
-        const QString name = themeName(reading);
-        const QString wanted = themeFor(dark, name, m_surroundings.themeFolders);
-        if (reading.exitCode == 0 && wanted != name)
-            calls(Queue::appearance).push_front({words(used.set) << wanted, done});
-    });
+void LinuxDesktopSettings::retry() {
+    if (m_unread > 0)
+        return;
+    for (const auto key : {FileManagerKey::createDesktop, FileManagerKey::showAllFiles}) {
+        if (setting(key).isUnknown)
+            readFileManager(key);
+    }
 }
 
 void LinuxDesktopSettings::readFileManager(FileManagerKey key) {
     struct Found {
-        std::vector<DesktopSwitch> places;
-        std::optional<bool> value;
         std::size_t unread;
+        int timesSet;
+        std::vector<DesktopSwitch> places{};
+        std::optional<bool> value{};
+        bool isUnknown = false;
     };
-    const auto found = std::make_shared<Found>(Found{{}, {}, setting(key).places.size()});
-    m_unknown += found->unread > 0;
-    for (const DesktopSwitch& place : setting(key).places) {
-        run(Queue::fileManager, place.read, [this, key, place, found](const auto& reading) {
+    std::vector<DesktopSwitch>& known = setting(key).known;
+    if (known.empty())
+        return;
+    ++m_unread;
+    const auto found = std::make_shared<Found>(Found{known.size(), setting(key).timesSet});
+    for (DesktopSwitch& place : known) {
+        run(Queue::fileManager, place.read, [this, key, &place, found](const auto& reading) {
+            keepKind(place, reading);
+            found->isUnknown |= reading.tookTooLong;
             if (isThere(place, reading))
-                found->places.push_back(asFound(place, reading));
+                found->places.push_back(place);
             if (reading.exitCode == 0 && !found->value)
                 found->value = isOn(place, reading);
             if (--found->unread > 0)
                 return;
             FileManagerSetting& read = setting(key);
+            read.isUnknown = found->isUnknown;
             read.places = found->places;
-            if (!read.isSet)
+            if (read.timesSet == found->timesSet)
                 read.value = found->value;
             notify();
-            noteKnown();
+            noteRead();
         });
     }
 }
@@ -230,7 +297,7 @@ QVariant LinuxDesktopSettings::fileManagerValue(FileManagerKey key) const {
 void LinuxDesktopSettings::setFileManagerValue(FileManagerKey key, bool value) {
     FileManagerSetting& changed = setting(key);
     changed.value = value;
-    changed.isSet = true;
+    ++changed.timesSet;
     // File managers follow by themselves, if only in their next window. Nothing that they would
     // have to be restarted for is worth the windows that are open.
     struct Tally {
@@ -250,6 +317,8 @@ void LinuxDesktopSettings::setFileManagerValue(FileManagerKey key, bool value) {
 QString LinuxDesktopSettings::cause(FileManagerKey key) const {
     if (!setting(key).places.empty())
         return {};
+    if (setting(key).isUnknown)
+        return u"The desktop takes too long to tell."_s;
     const QString known = setting(key).whyNone;
     return known.isEmpty() ? u"The desktop's setting for this is not installed."_s : known;
 }
@@ -261,12 +330,18 @@ void LinuxDesktopSettings::openSettings() {
 }
 
 QStringList LinuxDesktopSettings::words(const QString& commandLine) const {
-    return commandLine.split(u' ').replaceInStrings(u"$DATA"_s, m_surroundings.dataFolder);
+    return commandLine.split(u' ')
+        .replaceInStrings(u"$CONFIG"_s, m_surroundings.configFolder)
+        .replaceInStrings(u"$DATA"_s, m_surroundings.dataFolder);
 }
 
 void LinuxDesktopSettings::run(Queue queue, const QString& commandLine, Done done) {
     calls(queue).push_back({words(commandLine), std::move(done)});
     runNext();
+}
+
+void LinuxDesktopSettings::runAtOnce(Queue queue, const QStringList& words, Done done) {
+    calls(queue).push_front({words, std::move(done)});
 }
 
 void LinuxDesktopSettings::runNext() {
@@ -276,12 +351,17 @@ void LinuxDesktopSettings::runNext() {
     m_isRunning = true;
     const Call next = waiting->front();
     waiting->pop_front();
-    m_commands.run(next.words.first(), next.words.mid(1),
-                   m_alive([this, done = next.done](const CommandResult& result) {
-                       m_isRunning = false;
-                       done(result);
-                       runNext();
-                   }));
+    const auto finish = [this, done = next.done](const CommandResult& result) {
+        m_isRunning = false;
+        done(result);
+        runNext();
+    };
+    const QString& program = next.words.first();
+    const QStringList arguments = next.words.mid(1);
+    if (program == "ini"_L1)
+        finish(runIni(arguments));
+    else
+        m_commands.run(program, arguments, m_alive(finish));
 }
 
 void LinuxDesktopSettings::assign(bool& field, bool value) {

@@ -5,6 +5,7 @@
 #include "platform/DesktopSettings.h"
 #include "platform/linux/dbus/DesktopTable.h"
 #include "platform/linux/dbus/SettingsPortal.h"
+#include "platform/Preferences.h"
 
 #include <array>
 #include <deque>
@@ -20,13 +21,15 @@ class LinuxDesktopSettings : public DesktopSettings {
 public:
     struct Surroundings {
         QString currentDesktop; ///< XDG_CURRENT_DESKTOP
+        QString configFolder;
         QString dataFolder;
-        QStringList themeFolders;
+        QStringList folders; ///< those with all the data, and the user's own
 
         static Surroundings standard();
     };
 
     LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
+                         Preferences& preferences,
                          Surroundings surroundings = Surroundings::standard());
 
     bool isDark() const override { return m_isDark; }
@@ -35,15 +38,18 @@ public:
     QVariant fileManagerValue(FileManagerKey key) const override;
     void setFileManagerValue(FileManagerKey key, bool value) override;
     QString cause(FileManagerKey key) const override;
-    void whenKnown(std::function<void()> task) override;
+    void refresh(std::function<void()> task) override;
+    void retry() override;
     void openSettings() override;
 
 private:
     struct FileManagerSetting {
-        std::vector<DesktopSwitch> places; ///< those that may be there
+        std::vector<DesktopSwitch> known; ///< with what was found in them
         QString whyNone;
+        std::vector<DesktopSwitch> places = known; ///< those that may be there
         std::optional<bool> value{};
-        bool isSet = false; ///< from here; what a reading then says comes too late
+        int timesSet = 0;       ///< from here; what an earlier reading says then comes too late
+        bool isUnknown = false; ///< whether there are more places
     };
     using Done = std::function<void(const CommandResult&)>;
 
@@ -56,15 +62,24 @@ private:
     void note(const SettingsPortal::Name& name, const QVariant& value);
     void readDarkAgain(std::function<void(bool dark)> done);
     void readDarkFromPrograms(std::function<void(bool dark)> done);
+    void noteLook(std::size_t index, const CommandResult& reading,
+                  const std::function<void(bool dark)>& done);
     void noteDark(bool dark);
-    void noteKnown();
+    void noteRead();
     void readFileManager(FileManagerKey key);
-    void setTheme(const DesktopTheme& theme, bool dark, Done done);
+    void setLook(const DesktopLook& look, bool dark, const CommandResult& found,
+                 std::function<void(bool isSo)> done);
+    static PreferenceKey<QStringList> pairKey(const DesktopLook& look);
+    std::optional<LookPair> lastPair(const DesktopLook& look) const;
+    void keepPair(const DesktopLook& look, const LookPair& pair);
 
     enum class Queue { appearance, fileManager };
 
     /// Runs a program after those that wait in the same queue.
     void run(Queue queue, const QString& commandLine, Done done);
+
+    /// Before those, from within what another one's end calls.
+    void runAtOnce(Queue queue, const QStringList& words, Done done);
     void runNext();
     QStringList words(const QString& commandLine) const;
     void assign(bool& field, bool value);
@@ -76,6 +91,7 @@ private:
     std::deque<Call>& calls(Queue queue) { return m_calls[std::size_t(queue)]; }
 
     Commands& m_commands;
+    Preferences& m_preferences;
     Surroundings m_surroundings;
     Desktop m_desktop;
     std::array<FileManagerSetting, 2> m_fileManager;
@@ -84,11 +100,12 @@ private:
     bool m_animationsAreOff = false;
     int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
     SettingsPortal m_portal;
+    QDBusServiceWatcher m_iconsWatcher;
     int m_portalsWord = 0;                   ///< counts what it said of the appearance
     std::array<std::deque<Call>, 2> m_calls; ///< that wait for the one that runs, by their queue
     bool m_isRunning = false;
     bool m_isDarkKnown = false;
-    int m_unknown = 1; ///< readings that are to be told for the first time, of the appearance first
+    int m_unread = 1; ///< readings that are under way, the first one of the appearance
     std::vector<std::function<void()>> m_waiting;
     Alive m_alive;
 };
