@@ -21,6 +21,8 @@ namespace quillet {
 
 namespace {
 
+constexpr Scheduler::Duration idleAfterLaunch{700};
+
 /// Once what runs now has come back, such as the answer to a verb.
 void quitSoon() {
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -52,6 +54,7 @@ std::optional<QString> AppDelegate::applicationDidFinishLaunching(Platform platf
     restoreKeepAwake();
     offerAlternatives();
     welcome();
+    prepareShelf();
     return std::nullopt;
 }
 
@@ -197,6 +200,12 @@ void AppDelegate::offerAlternatives() {
     m_services->shortcutBanner = std::make_unique<ShortcutBanner>(
         *m_services->alternatives, Look{m_services->theme, *platform.scheduler, *platform.panels},
         *platform.screens);
+}
+
+/// Once the launch has come to rest, and before anybody has pressed the shortcut.
+void AppDelegate::prepareShelf() {
+    m_services->shelfPreparation = m_services->platform.scheduler->after(
+        idleAfterLaunch, [this] { m_services->shelf->prepare(); });
 }
 
 void AppDelegate::toggleShelf() {

@@ -42,6 +42,7 @@ private:
     void releaseKeepAwake();
     void offerAlternatives();
     void welcome();
+    void prepareShelf();
     void toggleShelf();
 
     VerbResult carryOut(const Command& command);

@@ -42,6 +42,7 @@ struct Composition {
     AppIconStore applications{*platform.workspace};
     std::unique_ptr<DragFiles> dragFiles;
     std::unique_ptr<ShelfController> shelf;
+    std::unique_ptr<Timer> shelfPreparation;
     std::unique_ptr<WindowSnapper> snapper;
     std::unique_ptr<HotKeyCenter> hotKeys;
     std::unique_ptr<ShortcutAlternatives> alternatives;

@@ -49,6 +49,17 @@ ShelfController::ShelfController(const Services& services, std::function<void()>
     });
 }
 
+void ShelfController::prepare() {
+    const auto screen = m_services.screens.main();
+    if (!screen || m_panel->isVisible())
+        return;
+    m_model.resetForShow();
+    m_target = targetOn(*screen);
+    place(0);
+    m_window.grab(); // makes the cards, loads fonts and symbols
+    m_model.release();
+}
+
 void ShelfController::show() {
     m_model.resetForShow();
     const auto screen = m_services.screens.main();

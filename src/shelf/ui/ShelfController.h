@@ -31,6 +31,9 @@ public:
     /// `showSetupGuide` explains the permission that pasting needs.
     ShelfController(const Services& services, std::function<void()> showSetupGuide);
 
+    /// Does ahead of the first show() what it would spend time on. Shows nothing.
+    void prepare();
+
     /// Slides up at the bottom of the screen with the pointer, without search or filter.
     void show();
 
