@@ -198,7 +198,9 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
         file.open(written.isEmpty() ? QIODevice::ReadOnly : QIODevice::WriteOnly);
         return written.isEmpty() ? file.readAll() : (file.write(written), written);
     };
-    const QByteArray before = "[General]\nicon_theme=breeze\ntheme=frost\n";
+    const QByteArray before = "[General]\nicon_theme=breeze\ntheme=frost\n\n[Palette]\nbase_color=#"
+                              "ffffff\ntext_color=#000000\n"
+                              "window_color=#eeeeee\nwindow_text_color=#000000\n";
     content(before);
     start(u"LXQt"_s);
     for (const bool dark : {true, false}) {

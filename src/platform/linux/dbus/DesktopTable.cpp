@@ -49,10 +49,11 @@ DesktopLook colorScheme(const QString& schema) {
     return gsettingsLook(schema + u" color-scheme"_s, {u"prefer-dark"_s}, {u"default"_s});
 }
 
-/// Without a light name, none is stored and the desktop's own default shows.
-DesktopLook iniLook(const QString& file, const QString& key, const QString& dark) {
+/// Where the light name is empty, none is stored and the desktop's own default shows.
+DesktopLook iniLook(const QString& file, const QString& key, const QString& dark,
+                    const QString& light) {
     const QString place = u"ini $CONFIG/%1 %2"_s.arg(file, key);
-    return {place, place, {dark}, {QString()}};
+    return {place, place, {dark}, {light}};
 }
 
 /// Where every file chooser of the two toolkit versions looks, and a file manager made with them.
@@ -140,11 +141,12 @@ Desktop lxqt() {
     desktop.whyNoIcons = u"This desktop draws its icons and its wallpaper as one."_s;
     desktop.whyNoHiddenFiles = u"This desktop's file manager has no setting for programs."_s;
     const QString file = u"lxqt/lxqt.conf"_s;
-    desktop.looks = {iniLook(file, u"theme"_s, u"dark"_s),
-                     iniLook(file, u"Palette/window_color"_s, u"#232323"_s),
-                     iniLook(file, u"Palette/window_text_color"_s, u"#e1e6e6"_s),
-                     iniLook(file, u"Palette/base_color"_s, u"#282828"_s),
-                     iniLook(file, u"Palette/text_color"_s, u"#d6d6d6"_s)};
+    desktop.looks = {iniLook(file, u"theme"_s, u"dark"_s, {}),
+                     // Programs that run do not notice when these are taken away.
+                     iniLook(file, u"Palette/window_color"_s, u"#232323"_s, u"#efefef"_s),
+                     iniLook(file, u"Palette/window_text_color"_s, u"#e1e6e6"_s, u"#000000"_s),
+                     iniLook(file, u"Palette/base_color"_s, u"#282828"_s, u"#ffffff"_s),
+                     iniLook(file, u"Palette/text_color"_s, u"#d6d6d6"_s, u"#000000"_s)};
     desktop.looks.front().folders = {u"lxqt/themes/%1"_s};
     desktop.isDarkByPortal = false;
     return desktop;
