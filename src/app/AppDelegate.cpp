@@ -216,6 +216,8 @@ void AppDelegate::toggleShelf() {
 void AppDelegate::run(const Command& command, const Reply& reply) {
     if (command.verb == Verb::stats)
         return reportStats(command, reply);
+    if (command.verb == Verb::keyboardLock)
+        return runKeyboardLockVerb(*m_services->switches, reply);
     if (isKeptByDesktop(command.verb))
         // Others may have turned it, and what this very verb started does not know it yet.
         return m_services->platform.desktop->refresh([this, command, reply] {
@@ -266,10 +268,10 @@ VerbResult AppDelegate::carryOut(const Command& command) {
     case Verb::icons:
     case Verb::hidden:
     case Verb::displaySleep:
-    case Verb::keyboardLock:
         return runSwitchVerb(command, *m_services->switches);
     case Verb::stats:
     case Verb::dark:
+    case Verb::keyboardLock:
         break; // answered later
     case Verb::setup:
         m_services->setup->show();
@@ -307,11 +309,13 @@ VerbResult AppDelegate::snap(const QString& where) {
 }
 
 void AppDelegate::reportStats(const Command& command, const Reply& reply) {
-    m_services->statsReporter.measure([command, reply](const StatsSampler& stats) {
-        reply(VerbResult::done(command.json    ? statsAsJson(stats)
-                               : command.watch ? statsAsLine(stats)
-                                               : statsAsTable(stats)));
-    });
+    m_services->statsReporter.measure(
+        [command, reply](const StatsSampler& stats) {
+            reply(VerbResult::done(command.json    ? statsAsJson(stats)
+                                   : command.watch ? statsAsLine(stats)
+                                                   : statsAsTable(stats)));
+        },
+        command.watch ? StatsReporter::longSpan : StatsReporter::shortSpan);
 }
 
 QByteArray AppDelegate::status() const {

@@ -55,7 +55,7 @@ int Client::run(const Command& command, const QStringList& arguments) {
     if (!door)
         return reportAbsence(command);
     int code = forward(*door, arguments);
-    // Each answer is measured over a second, which sets the pace.
+    // Each answer is measured over two seconds, which sets the pace.
     while (command.watch && code == int(ExitCode::done))
         code = forward(*door, arguments);
     if (command.verb == Verb::quit && code == int(ExitCode::done) && !awaitEnd(*door)) {

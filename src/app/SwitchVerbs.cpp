@@ -68,9 +68,6 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
     case Verb::displaySleep:
         switches.sleepDisplay();
         return outcome(switches.whyNoDisplaySleep());
-    case Verb::keyboardLock:
-        switches.lockKeyboardForCleaning();
-        return outcome(switches.whyKeyboardNotLocked());
     default:
         return {};
     }
@@ -85,6 +82,11 @@ void runDarkVerb(const Command& command, SwitchCenter& switches,
         reply(isDone ? VerbResult::done()
                      : VerbResult::failed(u"this desktop did not change its appearance"_s));
     });
+}
+
+void runKeyboardLockVerb(SwitchCenter& switches, const std::function<void(VerbResult)>& reply) {
+    switches.lockKeyboardForCleaning(
+        [&switches, reply] { reply(outcome(switches.whyKeyboardNotLocked())); });
 }
 
 QJsonObject switchesAsJson(const SwitchCenter& switches) {

@@ -17,6 +17,9 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches);
 void runDarkVerb(const Command& command, SwitchCenter& switches,
                  const std::function<void(VerbResult)>& reply);
 
+/// Carries out the verb for the keyboard, which another program may have for a moment.
+void runKeyboardLockVerb(SwitchCenter& switches, const std::function<void(VerbResult)>& reply);
+
 /// How the switches stand. `awakeUntil` is null where keep-awake is off or has no end.
 QJsonObject switchesAsJson(const SwitchCenter& switches);
 

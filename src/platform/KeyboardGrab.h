@@ -17,8 +17,8 @@ public:
 
     virtual ~KeyboardGrab() = default;
 
-    /// Null, and nothing has happened, where another program has the keyboard and keeps it for
-    /// half a second, where a hold exists already, and where a keyboard cannot be held at all. A
+    /// Null, and nothing has happened, where another program has the keyboard, where a hold
+    /// exists already, and where a keyboard cannot be held at all. A
     /// panel that has the keyboard resigns it. The hold ends with this process, however that ends.
     [[nodiscard]] virtual std::unique_ptr<Hold> hold() = 0;
 };

@@ -4,10 +4,7 @@ namespace quillet {
 
 using namespace Qt::StringLiterals;
 
-// The sampler's own tick would split the span.
-static_assert(StatsReporter::span < StatsSampler::interval);
-
-void StatsReporter::measure(Reply reply) {
+void StatsReporter::measure(Reply reply, std::chrono::milliseconds span) {
     const auto running = m_running.emplace(m_running.end(), m_host, m_scheduler);
     running->sampler.attach(u"begin"_s);
     running->end = m_scheduler.after(span, [this, running, reply = std::move(reply)] {

@@ -1,13 +1,20 @@
 #include "switches/SwitchCenter.h"
 
+#include <QLoggingCategory>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace quillet {
 
+Q_LOGGING_CATEGORY(logSwitches, "quillet.switches", QtWarningMsg)
+
 namespace {
 
 constexpr double cleaningTime = 45; // seconds
+
+constexpr auto keyboardTryInterval = 50ms;
+constexpr int keyboardTries = 11;
 
 } // namespace
 
@@ -136,15 +143,35 @@ void SwitchCenter::toggleDarkMode(std::function<void(bool isDone)> done) {
     m_services.desktop.toggleDark(m_alive(end));
 }
 
-void SwitchCenter::lockKeyboardForCleaning() {
+void SwitchCenter::lockKeyboardForCleaning(std::function<void()> done) {
     m_services.permissions.refresh();
-    if (!m_services.permissions.accessibility())
-        return m_showSetupGuide();
+    if (!m_services.permissions.accessibility()) {
+        m_showSetupGuide();
+        if (done)
+            done();
+        return;
+    }
     m_keyboardLock.onEnd = [this] {
         assign(m_keyboardLocked, false, &SwitchCenter::keyboardLockedChanged);
     };
-    if (m_keyboardLock.start(cleaningTime))
+    if (done)
+        m_keyboardWaiting.push_back(std::move(done));
+    tryToLockKeyboard(keyboardTries);
+}
+
+void SwitchCenter::tryToLockKeyboard(int tries) {
+    m_keyboardTry.reset();
+    if (m_keyboardLock.start(cleaningTime)) {
         assign(m_keyboardLocked, true, &SwitchCenter::keyboardLockedChanged);
+    } else if (tries > 1) {
+        m_keyboardTry = m_services.scheduler.after(keyboardTryInterval,
+                                                   [this, tries] { tryToLockKeyboard(tries - 1); });
+        return;
+    } else {
+        qCWarning(logSwitches, "another program holds the keyboard");
+    }
+    for (const auto& done : std::exchange(m_keyboardWaiting, {}))
+        done();
 }
 
 /// Desktops and their users write such a setting in many ways.

@@ -78,7 +78,10 @@ public:
     /// a later toggle may have gone back meanwhile.
     void toggleDarkMode(std::function<void(bool isDone)> done = {});
     void sleepDisplay() { m_services.power.sleepDisplay(); }
-    void lockKeyboardForCleaning();
+
+    /// A shortcut that asks for this may have the keyboard itself for as long as people press it,
+    /// so a refusal is final only after half a second. `done` runs once keyboardLocked() tells.
+    void lockKeyboardForCleaning(std::function<void()> done = {});
 
 Q_SIGNALS:
     void keepAwakeChanged();
@@ -94,6 +97,7 @@ private:
     using Key = DesktopSettings::FileManagerKey;
 
     void endKeepAwake();
+    void tryToLockKeyboard(int tries);
     void endAfter(std::chrono::milliseconds span);
     bool finderBool(Key key, bool fallback) const;
     void followDesktop();
@@ -120,6 +124,8 @@ private:
     int m_darkToggles = 0;
     bool m_keyboardLocked = false;
     KeyboardLock m_keyboardLock;
+    std::unique_ptr<Timer> m_keyboardTry;
+    std::vector<std::function<void()>> m_keyboardWaiting; ///< for the end of the tries
     DesktopSettings::Observation m_desktopChanges;
     Alive m_alive;
 };

@@ -171,7 +171,17 @@ TEST_F(SwitchCenterTest, theKeyboardIsLockedForCleaningWhereThatIsAllowed) {
     EXPECT_FALSE(keyboard.isHeld() || switches->keyboardLocked());
 
     memory.access.granted.insert(Access::Kind::accessibility);
+    keyboard.isTakenElsewhere = true;
+    int told = 0;
+    switches->lockKeyboardForCleaning([&] { ++told; });
+    scheduler.advance(499ms);
+    EXPECT_EQ(told, 0);
+    scheduler.advance(1ms);
+    EXPECT_EQ(told, 1);
+    EXPECT_FALSE(switches->keyboardLocked());
     switches->lockKeyboardForCleaning();
+    keyboard.isTakenElsewhere = false; // a shortcut is let go of
+    scheduler.advance(50ms);
     EXPECT_TRUE(keyboard.isHeld() && switches->keyboardLocked());
     scheduler.advance(44s);
     EXPECT_TRUE(switches->keyboardLocked());

@@ -4,22 +4,13 @@
 #include "platform/linux/x11/XcbXkb.h"
 
 #include <algorithm>
-#include <QLoggingCategory>
-#include <thread>
 #include <xcb/xinput.h>
 
 namespace quillet {
 
-Q_LOGGING_CATEGORY(logKeyboard, "quillet.keyboard", QtWarningMsg)
-
 namespace {
 
 using namespace std::chrono_literals;
-
-// The shortcut that asked for the hold may still be in the window manager's hand, for as long as
-// people press a key. The answer is due at once, so everything else waits meanwhile.
-constexpr auto grabRetry = 20ms;
-constexpr int grabAttempts = 26;
 
 constexpr auto keysUpInterval = 20ms;
 constexpr int keysUpLooks = 150; // somebody may have put a book on the keyboard
@@ -64,14 +55,7 @@ std::unique_ptr<KeyboardGrab::Hold> X11KeyboardGrab::hold() {
         return nullptr;
     m_panels.resignKey();
     m_locks = locks();
-    for (int attempt = 0; attempt < grabAttempts; ++attempt) {
-        if (attempt > 0)
-            std::this_thread::sleep_for(grabRetry);
-        if (grabAll())
-            return std::make_unique<X11Hold>(*this);
-    }
-    qCWarning(logKeyboard, "another program holds the keyboard");
-    return nullptr;
+    return grabAll() ? std::make_unique<X11Hold>(*this) : nullptr;
 }
 
 std::vector<uint16_t> X11KeyboardGrab::keyboards() const {
