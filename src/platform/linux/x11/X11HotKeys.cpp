@@ -16,9 +16,6 @@ namespace {
 // A change of the layout comes as a burst of events.
 constexpr Scheduler::Duration keymapSettles{50};
 
-// By then the server has answered, and nobody has to wait for it.
-constexpr Scheduler::Duration keysAreTold{50};
-
 // Whoever is told of a shortcut acts in the turn of the event loop that follows.
 constexpr Scheduler::Duration actionHasRun{0};
 
@@ -194,7 +191,6 @@ bool X11HotKeys::takeKey(const xcb_generic_event_t& event) {
     if (type == XCB_KEY_PRESS)
         return pressed(reinterpret_cast<const xcb_key_press_event_t&>(event));
     if (type == XCB_KEY_RELEASE) {
-        // It may be known before the raw event, and a key that repeats is pressed in that moment.
         const auto& key = reinterpret_cast<const xcb_key_release_event_t&>(event);
         if (m_keyDown == key.detail)
             m_releasedAt = key.time;
@@ -229,16 +225,15 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
     return true;
 }
 
-/// Of a shortcut's key, also when its modifiers were let go first: it is not meant to be typed.
+/// Of a shortcut's key, also when its modifiers were let go first: it is not meant to be typed. A
+/// key that repeats comes up and goes down in one moment. Repeats may still be on their way when
+/// the raw event has told that it came up.
 bool X11HotKeys::isRepeat(const xcb_key_press_event_t& event) {
-    checkKeyDown();
     if (m_keyDown != event.detail)
         return false;
     const auto releasedAt = std::exchange(m_releasedAt, std::nullopt);
-    if (!releasedAt || releasedAt == event.time)
-        return true;
-    keyIsUp();
-    return false;
+    const bool isUp = m_upAt && static_cast<int32_t>(event.time - *m_upAt) > 0;
+    return !isUp && (!releasedAt || releasedAt == event.time);
 }
 
 std::vector<uint32_t> X11HotKeys::idsOf(const xcb_key_press_event_t& event) const {
@@ -252,36 +247,16 @@ std::vector<uint32_t> X11HotKeys::idsOf(const xcb_key_press_event_t& event) cons
 }
 
 void X11HotKeys::keyIsDown(xcb_keycode_t key) {
-    m_release = m_rawInput.watch(X11RawInput::Kind::keyRelease, [this](uint32_t released) {
-        if (m_keyDown == released)
-            keyIsUp();
-    });
-    if (!m_release)
-        return;
-    m_keyDown = key;
-    // It may have come up before the watch began. What the shortcut opens need not wait for that.
-    m_keysAsked = xcb_query_keymap(m_connection.xcb());
-    m_connection.flush();
-    m_keyCheck = m_scheduler.after(keysAreTold, [this] { checkKeyDown(); });
-}
-
-void X11HotKeys::checkKeyDown() {
-    m_keyCheck.reset();
-    const auto asked = std::exchange(m_keysAsked, std::nullopt);
-    if (!asked)
-        return;
-    const XcbOwned<xcb_query_keymap_reply_t> keys(
-        xcb_query_keymap_reply(m_connection.xcb(), *asked, nullptr));
-    const bool isDown =
-        keys && m_keyDown && (keys->keys[*m_keyDown / 8] & (1U << (*m_keyDown % 8)));
-    if (!isDown)
-        keyIsUp();
-}
-
-void X11HotKeys::keyIsUp() {
-    m_keyDown.reset();
-    m_release.reset();
     m_releasedAt.reset();
+    m_upAt.reset();
+    m_release = m_rawInput.watch(X11RawInput::Kind::keyRelease,
+                                 [this](uint32_t released, xcb_timestamp_t time) {
+                                     if (m_keyDown != released)
+                                         return;
+                                     m_upAt = time;
+                                     m_release.reset();
+                                 });
+    m_keyDown = m_release ? std::optional(key) : std::nullopt;
 }
 
 /// Keeps the grab of the key that was pressed, which would end with the key.

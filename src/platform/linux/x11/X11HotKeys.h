@@ -54,8 +54,6 @@ private:
     bool isRepeat(const xcb_key_press_event_t& event);
     std::vector<uint32_t> idsOf(const xcb_key_press_event_t& event) const;
     void keyIsDown(xcb_keycode_t key);
-    void checkKeyDown();
-    void keyIsUp();
     void holdKeyboard(xcb_timestamp_t time);
     void letKeyboardGo(xcb_timestamp_t time);
 
@@ -67,11 +65,10 @@ private:
     uint8_t m_xkbEvent = 0;
     std::unique_ptr<X11Keymap> m_keymap; ///< null without the keyboard extension
     std::vector<Entry*> m_entries;
-    std::optional<xcb_keycode_t> m_keyDown;               ///< the shortcut's key that is being held
-    X11RawInput::Watch m_release;                         ///< of that key
-    std::optional<xcb_timestamp_t> m_releasedAt;          ///< for good or between two repeats
-    std::optional<xcb_query_keymap_cookie_t> m_keysAsked; ///< when it went down
-    std::unique_ptr<Timer> m_keyCheck;
+    std::optional<xcb_keycode_t> m_keyDown;      ///< the key of the shortcut that came last
+    std::optional<xcb_timestamp_t> m_releasedAt; ///< for good or between two repeats
+    std::optional<xcb_timestamp_t> m_upAt;       ///< for good
+    X11RawInput::Watch m_release;                ///< tells of that also when others get the key
     std::unique_ptr<Timer> m_holdEnd;
     std::unique_ptr<Timer> m_keymapChange;
     X11Connection::Listening m_listening;

@@ -67,7 +67,7 @@ void X11Panels::becameKey(X11Panel& panel) {
     m_key = &panel;
     if (!m_clicks) {
         m_clicks = m_rawInput.watch(X11RawInput::Kind::buttonPress,
-                                    [this](uint32_t button) { buttonPressed(button); });
+                                    [this](uint32_t button, auto) { buttonPressed(button); });
     }
 }
 

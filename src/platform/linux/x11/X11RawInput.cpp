@@ -60,7 +60,7 @@ void X11RawInput::handle(const xcb_generic_event_t& event) {
     for (const auto& weak : entries) {
         const auto entry = weak.lock();
         if (entry && (entry->kind == Kind::buttonPress) == isButton)
-            entry->watcher(raw.detail);
+            entry->watcher(raw.detail, raw.time);
     }
 }
 

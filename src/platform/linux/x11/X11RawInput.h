@@ -10,8 +10,8 @@ class X11RawInput {
 public:
     enum class Kind { buttonPress, keyRelease };
 
-    /// Called with the button's number or the key's code.
-    using Watcher = std::function<void(uint32_t detail)>;
+    /// Called with the button's number or the key's code, and the server's time.
+    using Watcher = std::function<void(uint32_t detail, xcb_timestamp_t time)>;
 
     /// Ends the watching when destroyed.
     using Watch = std::shared_ptr<void>;
