@@ -172,9 +172,11 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
     const bool hasSize =
         isNear(frame->size, move.target.size, leftFill ? roundingError : coarsestStep);
     const bool stayed = isNear(*frame, move.window.frame) && !(inPlace && hasSize);
-    if ((stayed || !hasSize) && !move.askedAgain) {
+    if (stayed && !leftFill && !move.anchored) {
+        letGo(move);
+    } else if (!hasSize && !move.askedAgain) {
         move.askedAgain = true;
-        stayed && !leftFill ? letGo(move) : apply(move, move.target);
+        apply(move, move.target);
     } else if (!inPlace && !stayed && !move.anchored) {
         move.anchored = true;
         apply(move, {corner, frame->size});
@@ -187,9 +189,10 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
 
 /// Window managers may hold a window fast that they tiled, and only let go of it for another
 /// place of theirs.
-void WindowSnapper::letGo(const Move& move) {
+void WindowSnapper::letGo(Move move) {
     const Identity window = move.window.id;
-    m_services.windows.setFill(window, {.horizontally = true, .vertically = true});
+    move.window.fill = {.horizontally = true, .vertically = true};
+    m_services.windows.setFill(window, move.window.fill);
     m_services.windows.whenSettled(window, m_alive([this, move](const std::optional<Rect>& frame) {
                                        if (frame)
                                            apply(move, move.target);

@@ -80,7 +80,7 @@ private:
     void move(const Move& move);
     void apply(Move move, const Rect& place);
     void verify(Move& move, const std::optional<Rect>& frame);
-    void letGo(const Move& move);
+    void letGo(Move move);
     Outcome refuse(Outcome outcome);
 
     void noteBefore(const Window& window);
