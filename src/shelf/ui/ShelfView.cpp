@@ -4,12 +4,10 @@
 #include <QApplication>
 #include <QDrag>
 #include <QPixmap>
-#include <ranges>
 
 namespace quillet {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -17,8 +15,6 @@ constexpr int padding = 16;
 constexpr int headerTop = 14;
 constexpr int headerHeight = 30;
 constexpr int spacing = 12;
-constexpr size_t cardsPrepared = 12;
-constexpr auto lull = 500ms;
 
 std::optional<QUrl> linkURL(const ClipItem& item) {
     if (item.kind() != ClipItem::Kind::link)
@@ -46,30 +42,8 @@ ShelfView::ShelfView(ShelfModel& model, const Services& services, Paste onPaste,
             [this](const std::shared_ptr<ClipItem>& item) { m_onPaste(item, false); });
     connect(m_row, &ClipRow::menuRequested, this, &ShelfView::popUpMenu);
     connect(m_row, &ClipRow::draggedOut, this, &ShelfView::drag);
-    connect(&services.store, &ClipboardStore::itemsChanged, this, &ShelfView::prepareSoon);
-    m_previews.onReady = [this] {
-        m_row->refresh();
-        prepare();
-    };
+    m_previews.onReady = [this] { m_row->refresh(); };
     showContent();
-    prepareSoon();
-}
-
-/// Soon, because a program that copies much at once waits until it was all read.
-void ShelfView::prepareSoon() {
-    m_preparing = m_services.look.scheduler.after(lull, [this] {
-        prepare();
-        // Nobody may ever look at what is not among the newest any more.
-        const ClipItems& items = m_services.store.items();
-        if (!isVisible() && items.size() > cardsPrepared)
-            m_services.thumbnails.drop(*items[cardsPrepared]);
-    });
-}
-
-/// Has the newest previews made, one after the other, so that the cards have them when they show.
-void ShelfView::prepare() {
-    for (const auto& item : m_services.store.items() | std::views::take(cardsPrepared))
-        m_previews.preview(*item);
 }
 
 void ShelfView::resizeEvent(QResizeEvent*) {

@@ -45,8 +45,6 @@ protected:
 
 private:
     void showContent();
-    void prepareSoon();
-    void prepare();
     void popUpMenu(const std::shared_ptr<ClipItem>& item, QPoint globalPosition);
     void copy(const std::shared_ptr<ClipItem>& item);
     void drag(const std::shared_ptr<ClipItem>& item, const QPixmap& picture);
@@ -60,7 +58,6 @@ private:
     ShelfEmptyState* m_emptyState;
     ShelfHeader* m_header;
     std::unique_ptr<Menu> m_menu;
-    std::unique_ptr<Timer> m_preparing;
 };
 
 } // namespace quillet
