@@ -13,10 +13,15 @@ class SwitchVerbs : public testing::Test {
 protected:
     VerbResult run(const QStringList& arguments) {
         const auto command = std::get<Command>(parseCommandLine(arguments));
-        if (command.verb != Verb::dark)
-            return runSwitchVerb(command, switches);
         std::optional<VerbResult> result;
-        runDarkVerb(command, switches, [&](const VerbResult& reply) { result = reply; });
+        const auto reply = [&](const VerbResult& answer) { result = answer; };
+        if (command.verb == Verb::dark)
+            runDarkVerb(command, switches, reply);
+        else if (command.verb == Verb::keyboardLock)
+            runKeyboardLockVerb(switches, reply);
+        else
+            return runSwitchVerb(command, switches);
+        memory.scheduler.advance(std::chrono::seconds(1));
         return result.value();
     }
 
