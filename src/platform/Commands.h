@@ -8,8 +8,8 @@
 namespace quillet {
 
 struct CommandResult {
-    int exitCode = -1; ///< -1 when the program could not be started or was ended
-    QByteArray output; ///< standard output, whole
+    int exitCode = -1;        ///< -1 when the program could not be started or was ended
+    QByteArray output;        ///< standard output, whole
     bool tookTooLong = false; ///< and was ended for that
 };
 
