@@ -36,8 +36,8 @@ public:
     virtual QVariant fileManagerValue(FileManagerKey key) const = 0;
 
     /// Stores a value and makes the file manager follow it, in the background and in the order of
-    /// the calls. The new value is what fileManagerValue() gives until the next reading, even should
-    /// it not get through, which is logged.
+    /// the calls. The new value is what fileManagerValue() gives until the next reading, even
+    /// should it not get through, which is logged.
     virtual void setFileManagerValue(FileManagerKey key, bool value) = 0;
 
     /// Why a setting cannot be changed on this desktop, for people; empty where it can.
