@@ -19,6 +19,11 @@ bool isNear(const Size& a, const Size& b, double within = roundingError) {
     return std::abs(a.width - b.width) <= within && std::abs(a.height - b.height) <= within;
 }
 
+/// Along one axis at least.
+bool isSmaller(const Size& a, const Size& b, double by) {
+    return a.width < b.width - by || a.height < b.height - by;
+}
+
 bool isNear(const Rect& a, const Rect& b) {
     return isNear(a.origin, b.origin) && isNear(a.size, b.size);
 }
@@ -172,7 +177,8 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
     const bool hasSize =
         isNear(frame->size, move.target.size, leftFill ? roundingError : coarsestStep);
     const bool stayed = isNear(*frame, move.window.frame) && !(inPlace && hasSize);
-    if (stayed && !leftFill && !move.anchored) {
+    const bool isOnlyTooLarge = inPlace && !isSmaller(frame->size, move.target.size, coarsestStep);
+    if (stayed && !isOnlyTooLarge && !leftFill && !move.anchored) {
         letGo(move);
     } else if (!hasSize && !move.askedAgain) {
         move.askedAgain = true;
@@ -188,9 +194,12 @@ void WindowSnapper::verify(Move& move, const std::optional<Rect>& frame) {
 }
 
 /// Window managers may hold a window fast that they tiled, and only let go of it for another
-/// place of theirs.
+/// place of theirs. One that is in its corner and only too large most likely cannot be smaller, and
+/// would just flash.
 void WindowSnapper::letGo(Move move) {
     const Identity window = move.window.id;
+    if (const auto past = pastOf(window); past != m_pasts.end())
+        past->after.reset();
     move.window.fill = {.horizontally = true, .vertically = true};
     m_services.windows.setFill(window, move.window.fill);
     m_services.windows.whenSettled(window, m_alive([this, move](const std::optional<Rect>& frame) {

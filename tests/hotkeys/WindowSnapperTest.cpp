@@ -162,6 +162,10 @@ TEST_F(WindowSnapperTest, aWindowWithASizeOfItsOwnKeepsTheEdgesOfItsPosition) {
     EXPECT_EQ(snap(maximize), (Rect{{0, 25}, {1440, 900}}));
     EXPECT_EQ(manners().requests, 1);
     EXPECT_EQ(workspace.beeps, 0);
+    window = windows.open({{0, 25}, {800, 900}});
+    manners().minimum.width = 800;
+    EXPECT_EQ(snap(left), (Rect{{0, 25}, {800, 900}}));
+    EXPECT_EQ(manners().requests, 2) << "and it was not maximised in between";
 }
 
 TEST_F(WindowSnapperTest, aWindowThatRefusesMakesOneBeepAndOneThatClosesIsLeftInPeace) {
@@ -212,6 +216,19 @@ TEST_F(WindowSnapperTest, aWindowComesToItsPlaceFromWhereItsProgramOrTheDesktopH
     scheduler.advance(std::chrono::milliseconds(30));
     manners().lateSize.reset();
     EXPECT_EQ(settle(), (Rect{{0, 475}, {1440, 450}}));
+    EXPECT_FALSE(manners().fill.isAny());
+
+    const Rect tile{{0, 25}, {720, 900}};
+    window = windows.open(tile);
+    manners().isTiled = true;
+    snapper.snap(maximize); // its corner is the tile's
+    const auto meanwhile = scheduler.after({}, [this] {
+        EXPECT_TRUE(manners().fill.isAny()) << "for a moment";
+        snapper.snap(right);
+    });
+    EXPECT_EQ(settle(), (Rect{{720, 25}, {720, 900}}));
+    snapper.restore();
+    EXPECT_EQ(settle(), tile);
     EXPECT_FALSE(manners().fill.isAny());
     EXPECT_EQ(workspace.beeps, 0);
 }
