@@ -123,6 +123,14 @@ TEST_F(X11PanelsTest, whatIsTypedWhileAShortcutActsWaitsForThePanelThatItOpens) 
     opens = false;
     run(u"xdotool key super+shift+v"_s);
     EXPECT_TRUE(spinUntil([&] { return target.keys().contains(u"press e 0x0"_s); }));
+
+    {
+        const ForeignGrab grab;
+        panel->makeKeyAndOrderFront();
+        spinFor(1s); // until it takes the focus in place of the keyboard
+    }
+    run(u"xdotool key super+shift+v"_s);
+    EXPECT_TRUE(spinUntil([&] { return search.text() == u"ee"_s; })) << "nobody let the keys go";
 }
 
 TEST_F(X11PanelsTest, itLosesTheKeyboardToAClickElsewhereOrToAnotherActiveWindow) {

@@ -217,7 +217,7 @@ bool X11HotKeys::pressed(const xcb_key_press_event_t& event) {
         }
         if (isGrabbed)
             m_holdEnd = m_scheduler.after(actionHasRun, [this, time] {
-                if (!m_panels.takeKeyboard())
+                if (!m_panels.isTakingKeyboard())
                     letKeyboardGo(time);
             });
     };

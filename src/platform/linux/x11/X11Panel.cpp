@@ -211,7 +211,8 @@ void X11Panel::applyShape() {
 /// composes nothing and would drop an accent.
 void X11Panel::takeKeyboard(int attemptsLeft) {
     m_retry.reset();
-    if (!m_isKey || !toolkit() || QApplication::activePopupWidget())
+    m_isTakingKeyboard = m_isKey && toolkit() && !QApplication::activePopupWidget();
+    if (!m_isTakingKeyboard)
         return;
     // The panel need not wait for the answer to show itself.
     forgetGrab();
@@ -260,6 +261,7 @@ void X11Panel::forgetGrab() {
 }
 
 void X11Panel::takeFocus() {
+    m_isTakingKeyboard = false;
     if (!toolkit())
         return;
     qCWarning(logPanels, "another program holds the keyboard; the panel gets keys when it lets go");
@@ -275,6 +277,7 @@ void X11Panel::giveKeyboardBack() {
     if (!m_isKey)
         return;
     m_isKey = false;
+    m_isTakingKeyboard = false;
     m_retry.reset();
     forgetGrab();
     qApp->removeEventFilter(this);

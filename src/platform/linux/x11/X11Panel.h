@@ -29,6 +29,10 @@ public:
     int level() const { return m_style.level; }
     void raiseWindow();
 
+    /// Whether it has grabbed the keyboard or is trying to. A panel that is key may have to do with
+    /// the input focus.
+    bool isTakingKeyboard() const { return m_isTakingKeyboard; }
+
     /// Gives the keyboard back because the user turned to another window.
     void resignKey();
 
@@ -55,6 +59,7 @@ private:
     Rect m_frame;
     double m_alpha = 1;
     bool m_isKey = false;
+    bool m_isTakingKeyboard = false;
     xcb_window_t m_focusBefore = XCB_WINDOW_NONE; ///< where the focus was, if we took it
     std::optional<xcb_grab_keyboard_cookie_t> m_grabAsked;
     std::unique_ptr<Timer> m_retry;

@@ -78,6 +78,10 @@ void X11Panels::gaveUpKey(const X11Panel& panel) {
     m_clicks.reset();
 }
 
+bool X11Panels::isTakingKeyboard() const {
+    return m_key && m_key->isTakingKeyboard();
+}
+
 void X11Panels::removed(X11Panel& panel) {
     std::erase(m_panels, &panel);
 }

@@ -28,8 +28,8 @@ public:
     /// the one under the pointer where the focus follows it.
     void askForKeyboardBack() const;
 
-    /// Whether a panel has the keyboard or is about to, by a grab of the toolkit's.
-    bool takeKeyboard() const { return m_key && X11Connection::toolkit(); }
+    /// Whether a panel has grabbed the keyboard or is trying to.
+    bool isTakingKeyboard() const;
 
     /// Takes the keyboard away from the panel that has it, as when the user turns elsewhere.
     void resignKey();
