@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QScreen>
 #include <QScrollArea>
 #include <QWindow>
@@ -87,6 +88,7 @@ void SetupWindow::makeWindow() {
     m_window = std::move(scrollArea);
     m_window->setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                              Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    m_window->setWindowIcon(QIcon(u":/org.quillet.Quillet.svg"_s));
     m_window->setWindowTitle(SetupView::tr("Welcome to Quillet"));
     const auto screen = m_services.screens.main();
     if (!screen)
