@@ -59,8 +59,8 @@ std::variant<Platform, QString> makeLinuxPlatform(const QString& preferencesFile
     platform.preferences = std::make_unique<JsonPreferences>(preferencesFile);
     platform.commands = std::make_unique<ProcessCommands>();
     const Buses buses = Buses::standard();
-    platform.desktop = std::make_unique<LinuxDesktopSettings>(buses.session, *platform.commands,
-                                                              *platform.preferences);
+    platform.desktop = std::make_unique<LinuxDesktopSettings>(
+        buses.session, *platform.commands, *platform.scheduler, *platform.preferences);
     platform.sounds = std::make_unique<PulseSoundPlayer>();
     platform.statistics = std::make_unique<ProcHostStatistics>();
     auto screens = std::make_unique<X11Screens>(connection);

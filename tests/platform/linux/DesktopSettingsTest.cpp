@@ -1,6 +1,7 @@
 #include "contracts/DesktopSettingsContract.h"
 #include "contracts/SpinUntil.h"
 #include "platform/linux/dbus/LinuxDesktopSettings.h"
+#include "platform/linux/LinuxScheduler.h"
 #include "platform/linux/ProcessCommands.h"
 #include "platform/memory/MemoryCommands.h"
 #include "platform/memory/MemoryPreferences.h"
@@ -9,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <QDir>
+#include <QLockFile>
 #include <QRegularExpression>
 
 namespace quillet {
@@ -27,7 +29,7 @@ class DesktopSettingsTest : public testing::Test {
 protected:
     LinuxDesktopSettings& start(const QString& currentDesktop) {
         settings.emplace(
-            bus.connect(), commands, preferences,
+            bus.connect(), commands, scheduler, preferences,
             LinuxDesktopSettings::Surroundings{
                 currentDesktop, folder.path(), u"/home of a/share"_s, {folder.path()}});
         return *settings;
@@ -198,10 +200,15 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
         file.open(written.isEmpty() ? QIODevice::ReadOnly : QIODevice::WriteOnly);
         return written.isEmpty() ? file.readAll() : (file.write(written), written);
     };
-    const QByteArray before = "[General]\nicon_theme=breeze\ntheme=frost\n\n[Palette]\nbase_color=#"
+    const QByteArray before = "# theme=none\n[General]\nicon_theme=Caf\\xe9 \xe9\ntheme=\"ice, "
+                              "cold\"\r\nno value\n\n[Other]\ntheme=1\n[Palette]\nbase_color=#"
                               "ffffff\ntext_color=#000000\n"
-                              "window_color=#eeeeee\nwindow_text_color=#000000\n";
+                              "window_color=#eeeeee\nwindow_text_color=#000000";
+    const QString target = folder.filePath(u"kept elsewhere"_s);
+    ASSERT_TRUE(QFile::link(target, path));
     content(before);
+    QLockFile lock(path + u".lock"_s); // no reason to wait
+    ASSERT_TRUE(lock.lock());
     start(u"LXQt"_s);
     for (const bool dark : {true, false}) {
         bool isRead = false;
@@ -216,6 +223,7 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
         EXPECT_EQ(content().contains("window_color=#232323"), dark);
     }
     EXPECT_EQ(content(), before);
+    EXPECT_EQ(QFile::symLinkTarget(path), target);
 }
 
 TEST_F(DesktopSettingsTest, aThemeHasItsCounterpartWhereThatIsInstalled) {
@@ -392,9 +400,11 @@ struct LinuxDesktopSettingsBackend {
     QTemporaryDir home;
     PrivateBus bus;
     FakePortal portal{bus, {{FakePortal::colorScheme, 0U}}};
+    LinuxScheduler scheduler;
     ProcessCommands commands;
     MemoryPreferences preferences;
-    LinuxDesktopSettings settings{bus.connect(), commands, preferences, {u"GNOME"_s, {}, {}, {}}};
+    LinuxDesktopSettings settings{
+        bus.connect(), commands, scheduler, preferences, {u"GNOME"_s, {}, {}, {}}};
 
     DesktopSettings& desktop() { return settings; }
 

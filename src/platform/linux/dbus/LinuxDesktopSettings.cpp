@@ -73,8 +73,10 @@ LinuxDesktopSettings::Surroundings LinuxDesktopSettings::Surroundings::standard(
 }
 
 LinuxDesktopSettings::LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
-                                           Preferences& preferences, Surroundings surroundings)
+                                           Scheduler& scheduler, Preferences& preferences,
+                                           Surroundings surroundings)
     : m_commands(commands),
+      m_scheduler(scheduler),
       m_preferences(preferences),
       m_surroundings(std::move(surroundings)),
       m_desktop(desktopNamed(m_surroundings.currentDesktop)),
@@ -358,10 +360,11 @@ void LinuxDesktopSettings::runNext() {
     };
     const QString& program = next.words.first();
     const QStringList arguments = next.words.mid(1);
-    if (program == "ini"_L1)
-        finish(runIni(arguments));
-    else
-        m_commands.run(program, arguments, m_alive(finish));
+    if (program != "ini"_L1)
+        return m_commands.run(program, arguments, m_alive(finish));
+    const auto result = std::make_shared<CommandResult>();
+    m_scheduler.background([arguments, result] { *result = runIni(arguments); },
+                           m_alive([finish, result] { finish(*result); }));
 }
 
 void LinuxDesktopSettings::assign(bool& field, bool value) {

@@ -6,6 +6,7 @@
 #include "platform/linux/dbus/DesktopTable.h"
 #include "platform/linux/dbus/SettingsPortal.h"
 #include "platform/Preferences.h"
+#include "platform/Scheduler.h"
 
 #include <array>
 #include <deque>
@@ -28,7 +29,7 @@ public:
         static Surroundings standard();
     };
 
-    LinuxDesktopSettings(const QDBusConnection& session, Commands& commands,
+    LinuxDesktopSettings(const QDBusConnection& session, Commands& commands, Scheduler& scheduler,
                          Preferences& preferences,
                          Surroundings surroundings = Surroundings::standard());
 
@@ -91,6 +92,7 @@ private:
     std::deque<Call>& calls(Queue queue) { return m_calls[std::size_t(queue)]; }
 
     Commands& m_commands;
+    Scheduler& m_scheduler;
     Preferences& m_preferences;
     Surroundings m_surroundings;
     Desktop m_desktop;
