@@ -196,10 +196,13 @@ void LinuxDesktopSettings::setLook(const DesktopLook& look, bool dark, const Com
     const QString wanted = nameFor(dark, name, look, lastPair(look), m_surroundings.folders);
     if (wanted == name)
         return done(isDarkByName(look, name).value_or(false) == dark);
+    // Kept before it is set: who ends in between is to find the way back.
+    const QStringList before = m_preferences.value(pairKey(look));
+    keepPair(look, dark ? LookPair{name, wanted} : LookPair{wanted, name});
     runAtOnce(Queue::appearance, words(look.set) << wanted,
-              [this, &look, dark, name, wanted, done = std::move(done)](const auto& end) {
-                  if (end.exitCode == 0)
-                      keepPair(look, dark ? LookPair{name, wanted} : LookPair{wanted, name});
+              [this, &look, before, done = std::move(done)](const auto& end) {
+                  if (end.exitCode != 0)
+                      m_preferences.set(pairKey(look), before);
                   done(end.exitCode == 0);
               });
 }
