@@ -210,7 +210,7 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
     QLockFile lock(path + u".lock"_s); // no reason to wait
     ASSERT_TRUE(lock.lock());
     start(u"LXQt"_s);
-    for (const bool dark : {true, false}) {
+    const auto toggles = [&](bool dark) {
         bool isRead = false;
         settings->refresh([&] { isRead = true; });
         ASSERT_TRUE(waitFor([&] { return isRead; }));
@@ -221,8 +221,21 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
         EXPECT_EQ(settings->isDark(), dark);
         EXPECT_EQ(content().contains("theme=dark"), dark);
         EXPECT_EQ(content().contains("window_color=#232323"), dark);
-    }
+    };
+    toggles(true);
+    toggles(false);
     EXPECT_EQ(content(), before);
+    toggles(true);
+    content(content().replace("theme=dark", "theme=Nord"));
+    toggles(false);
+    EXPECT_EQ(content(), QByteArray(before).replace("\"ice, cold\"", "Nord"))
+        << "the colours go although the theme is another one meanwhile";
+
+    QFile::remove(target);
+    toggles(true);
+    EXPECT_TRUE(content().startsWith("[General]\ntheme=dark\n[Palette]\nwindow_color=#232323\n"));
+    toggles(false);
+    EXPECT_TRUE(content().startsWith("[General]\n[Palette]\nwindow_color=#eeeeee\n"));
     EXPECT_EQ(QFile::symLinkTarget(path), target);
 }
 
@@ -256,6 +269,7 @@ TEST_F(DesktopSettingsTest, aThemeHasItsCounterpartWhereThatIsInstalled) {
 }
 
 TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
+    script(getScheme, "'prefer-light'");
     start(u"sway"_s);
     std::vector<bool> told;
     const auto tell = [&](bool done) {
@@ -265,6 +279,8 @@ TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
     settings->toggleDark(tell);
     waitFor([&] { return !told.empty(); });
     EXPECT_EQ(told, (std::vector{false, false})) << "nothing let itself be set";
+    EXPECT_EQ(preferences.value(PreferenceKey<QStringList>{u"dark.pair: "_s + getScheme, {}}),
+              QStringList());
 
     told.clear();
     script(u"gsettings set org.gnome.desktop.interface color-scheme prefer-dark"_s, {});

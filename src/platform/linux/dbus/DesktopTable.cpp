@@ -1,6 +1,8 @@
 #include "platform/linux/dbus/DesktopTable.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <QColor>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -148,6 +150,7 @@ Desktop lxqt() {
                      iniLook(file, u"Palette/base_color"_s, u"#282828"_s, u"#ffffff"_s),
                      iniLook(file, u"Palette/text_color"_s, u"#d6d6d6"_s, u"#000000"_s)};
     desktop.looks.front().folders = {u"lxqt/themes/%1"_s};
+    desktop.looks.front().othersAreLight = false;
     desktop.isDarkByPortal = false;
     return desktop;
 }
@@ -213,6 +216,14 @@ QStringList counterparts(bool dark, const QString& name) {
     return names;
 }
 
+/// For a colour of text the dark look has the lighter one.
+bool isNearerToDark(const DesktopLook& look, const QColor& color) {
+    const auto distance = [&](const QStringList& names) {
+        return std::abs(color.lightness() - QColor(names.value(0)).lightness());
+    };
+    return distance(look.dark) < distance(look.light);
+}
+
 } // namespace
 
 Desktop desktopNamed(const QString& currentDesktop) {
@@ -226,8 +237,12 @@ Desktop desktopNamed(const QString& currentDesktop) {
 std::optional<bool> isDarkByName(const DesktopLook& look, const QString& name) {
     if (name == "default"_L1)
         return std::nullopt;
-    return look.dark.contains(name) || name.endsWith("Dark"_L1) ||
-           std::ranges::any_of(name.split(u'-'), isDarkPart);
+    if (name.startsWith(u'#'))
+        return isNearerToDark(look, QColor(name));
+    if (look.dark.contains(name) || name.endsWith("Dark"_L1) ||
+        std::ranges::any_of(name.split(u'-'), isDarkPart))
+        return true;
+    return look.othersAreLight || look.light.contains(name) ? std::optional(false) : std::nullopt;
 }
 
 QString nameFor(bool dark, const QString& name, const DesktopLook& look,

@@ -29,6 +29,7 @@ struct DesktopLook {
     QStringList light;     ///< and a dark one
     QStringList folders{}; ///< where one is installed, below those of data: `%1` is its name
     bool namesTell = true; ///< which ones are dark
+    bool othersAreLight = true; ///< those whose names do not say that they are dark
 };
 
 /// How one desktop keeps the settings that people switch from here.
@@ -61,7 +62,8 @@ struct LookPair {
 QString nameFor(bool dark, const QString& name, const DesktopLook& look,
                 const std::optional<LookPair>& last, const QStringList& folders);
 
-/// Whether a look is dark by its name; absent where that leaves it open.
+/// Whether a look is dark by its name, a colour by which of the look's own it is nearer to; absent
+/// where that leaves it open.
 std::optional<bool> isDarkByName(const DesktopLook& look, const QString& name);
 
 } // namespace quillet
