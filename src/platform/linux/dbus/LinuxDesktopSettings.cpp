@@ -22,6 +22,9 @@ const SettingsPortal::Name reducedMotion{u"org.freedesktop.appearance"_s, u"redu
 const SettingsPortal::Name animations{u"org.gnome.desktop.interface"_s, u"enable-animations"_s};
 const SettingsPortal::Name theme{u"org.gnome.desktop.interface"_s, u"gtk-theme"_s};
 
+/// How long it may take until the portal tells what the programs have set.
+constexpr std::chrono::milliseconds portalsDelay(100);
+
 /// Absent where the portal leaves it open.
 std::optional<bool> isDarkPreferred(const QVariant& colorSchemeValue) {
     switch (colorSchemeValue.toUInt()) {
@@ -181,9 +184,14 @@ void LinuxDesktopSettings::toggleDark(Completion completion) {
         if (!*isSet)
             qCWarning(logDesktop, "the desktop's own theme cannot be made %s",
                       dark ? "dark" : "light");
-        --m_toggles;
-        noteDark(isDark);
-        completion(*isSet);
+        const auto end = [this, isSet, completion](bool isDarkNow) {
+            --m_toggles;
+            noteDark(isDarkNow);
+            completion(*isSet);
+        };
+        if (isDark == dark || !*isSet || !m_desktop.isDarkByPortal || m_toggles > 1)
+            return end(isDark);
+        m_secondLook = m_scheduler.after(portalsDelay, [this, end] { readDarkAgain(end); });
     });
 }
 

@@ -103,6 +103,7 @@ private:
     int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
     SettingsPortal m_portal;
     QDBusServiceWatcher m_iconsWatcher;
+    std::unique_ptr<Timer> m_secondLook;     ///< at what came of the last toggle
     int m_portalsWord = 0;                   ///< counts what it said of the appearance
     std::array<std::deque<Call>, 2> m_calls; ///< that wait for the one that runs, by their queue
     bool m_isRunning = false;
