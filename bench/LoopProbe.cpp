@@ -88,14 +88,12 @@ void endTurn() {
     ++seen.turns;
 }
 
-/// Counts a wait for a reply, and takes its time.
+/// Counts a wait for a reply when it is over, and takes its time.
 class Wait {
 public:
-    explicit Wait(const void* caller) {
-        if (!isMainThread())
-            return;
-        ++(isOfProgram(caller) ? record().ownWaits : record().libraryWaits);
-        m_begin.emplace();
+    explicit Wait(const void* caller) : m_caller(caller) {
+        if (isMainThread())
+            m_begin.emplace();
     }
     ~Wait() {
         if (!m_begin)
@@ -103,6 +101,7 @@ public:
         const Moment now;
         // The time until a processor was free again counts as that already.
         waited += now.wall - m_begin->wall - (now.idle - m_begin->idle);
+        ++(isOfProgram(m_caller) ? record().ownWaits : record().libraryWaits);
     }
     Wait(const Wait&) = delete;
     Wait& operator=(const Wait&) = delete;
@@ -121,6 +120,7 @@ private:
         return reinterpret_cast<uintptr_t>(found.dli_fbase) == program->l_addr;
     }
 
+    const void* m_caller;
     std::optional<Moment> m_begin;
 };
 

@@ -233,12 +233,13 @@ struct Desk {
         user.awaitMapping();
         mapped = milliseconds(Clock::now() - begin);
         const bool isPainted = eventuallyOften([&] {
+            // Before the look: the program goes on meanwhile.
+            ownWaits = probe.ownWaits();
+            libraryWaits = probe.libraryWaits();
             const auto now = user.pixels(rowLeft, rowTop, rowLength);
             return now.back() != before.back() && now.back() != now.front();
         });
         painted = milliseconds(Clock::now() - begin);
-        ownWaits = probe.ownWaits();
-        libraryWaits = probe.libraryWaits();
         if (!isPainted)
             qFatal("the shelf shows no card");
         for (const xcb_keysym_t key : {xcb_keysym_t('v'), super, shift})
