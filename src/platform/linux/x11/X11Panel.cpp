@@ -266,9 +266,12 @@ void X11Panel::takeFocus() {
         return;
     qCWarning(logPanels, "another program holds the keyboard; the panel gets keys when it lets go");
     xcb_ungrab_keyboard(toolkit(), XCB_CURRENT_TIME); // what the shortcut that opened it still has
-    const XcbOwned<xcb_get_input_focus_reply_t> focus(
-        xcb_get_input_focus_reply(toolkit(), xcb_get_input_focus(toolkit()), nullptr));
-    m_focusBefore = focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
+    // From the second time on it is the panel that has it.
+    if (m_focusBefore == XCB_WINDOW_NONE) {
+        const XcbOwned<xcb_get_input_focus_reply_t> focus(
+            xcb_get_input_focus_reply(toolkit(), xcb_get_input_focus(toolkit()), nullptr));
+        m_focusBefore = focus ? focus->focus : xcb_window_t{XCB_WINDOW_NONE};
+    }
     xcb_set_input_focus(toolkit(), XCB_INPUT_FOCUS_PARENT, windowOf(m_content), XCB_CURRENT_TIME);
     xcb_flush(toolkit());
 }
