@@ -75,10 +75,8 @@ VerbResult runSwitchVerb(const Command& command, SwitchCenter& switches) {
 
 void runDarkVerb(const Command& command, SwitchCenter& switches,
                  const std::function<void(VerbResult)>& reply) {
-    const bool dark = wanted(command.choice, switches.darkMode());
-    if (dark == switches.darkMode())
-        return reply(VerbResult::done());
-    switches.toggleDarkMode([reply](bool isDone) {
+    // Also where it is so already: the programs may not be since somebody chose a theme by hand.
+    switches.setDarkMode(wanted(command.choice, switches.darkMode()), [reply](bool isDone) {
         reply(isDone ? VerbResult::done()
                      : VerbResult::failed(u"this desktop did not change its appearance"_s));
     });

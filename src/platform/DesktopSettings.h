@@ -27,10 +27,11 @@ public:
     /// Whether things are to appear in their places instead of moving there.
     virtual bool isMotionReduced() const = 0;
 
-    /// Makes the desktop dark where it is light, and light where it is dark. `completion` runs
-    /// once, inside the call or later, when isDark() tells the outcome; it is dropped when this
-    /// dies first. Its argument is false where the desktop did not let us.
-    virtual void toggleDark(Completion completion) = 0;
+    /// Makes the desktop dark or light, and all programs with it: where it is so already, some of
+    /// them may not be. `completion` runs once, inside the call or later, when isDark() tells the
+    /// outcome; it is dropped when this dies first. Its argument is false where the desktop did
+    /// not let us.
+    virtual void makeDark(bool dark, Completion completion) = 0;
 
     /// What the file manager has stored; invalid where it has nothing or nothing is known yet.
     virtual QVariant fileManagerValue(FileManagerKey key) const = 0;

@@ -130,9 +130,8 @@ void SwitchCenter::setHiddenFilesShown(bool shown) {
     m_services.desktop.setFileManagerValue(Key::showAllFiles, shown);
 }
 
-void SwitchCenter::toggleDarkMode(std::function<void(bool isDone)> done) {
-    const auto end = [this, dark = !m_services.desktop.isDark(), toggle = ++m_darkToggles,
-                      done = std::move(done)](bool isSet) {
+void SwitchCenter::setDarkMode(bool dark, std::function<void(bool isDone)> done) {
+    const auto end = [this, dark, toggle = ++m_darkToggles, done = std::move(done)](bool isSet) {
         if (!isSet)
             m_services.desktop.openSettings();
         followDesktop();
@@ -140,7 +139,7 @@ void SwitchCenter::toggleDarkMode(std::function<void(bool isDone)> done) {
         if (done)
             done(isOutdated ? isSet : m_darkMode == dark);
     };
-    m_services.desktop.toggleDark(m_alive(end));
+    m_services.desktop.makeDark(dark, m_alive(end));
 }
 
 void SwitchCenter::lockKeyboardForCleaning(std::function<void()> done) {

@@ -76,7 +76,8 @@ public:
 
     /// `done` runs once darkMode() shows what came of it. It is told whether the desktop did this;
     /// a later toggle may have gone back meanwhile.
-    void toggleDarkMode(std::function<void(bool isDone)> done = {});
+    void setDarkMode(bool dark, std::function<void(bool isDone)> done = {});
+    void toggleDarkMode() { setDarkMode(!m_services.desktop.isDark()); }
     void sleepDisplay() { m_services.power.sleepDisplay(); }
 
     /// A shortcut that asks for this may have the keyboard itself for as long as people press it,

@@ -36,7 +36,7 @@ TYPED_TEST_P(DesktopSettingsContract, aToggleIsToldOnceAndObserversHearOfWhatOth
     DesktopSettings& desktop = this->backend.desktop();
     for (const bool dark : {true, false}) {
         int told = 0;
-        desktop.toggleDark([&](bool done) {
+        desktop.makeDark(dark, [&](bool done) {
             ++told;
             EXPECT_TRUE(done);
             EXPECT_EQ(desktop.isDark(), dark);

@@ -14,8 +14,9 @@ class MemoryDesktopSettings : public DesktopSettings {
 public:
     bool isDark() const override { return m_isDark; }
     bool isMotionReduced() const override { return m_isMotionReduced; }
-    void toggleDark(Completion completion) override {
-        m_isDark ^= letsToggleDark;
+    void makeDark(bool dark, Completion completion) override {
+        if (letsToggleDark)
+            m_isDark = dark;
         if (!isSlow)
             return completion(letsToggleDark);
         m_toggles.push_back(std::move(completion));

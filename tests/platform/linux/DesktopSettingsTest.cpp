@@ -165,7 +165,7 @@ TEST_F(DesktopSettingsTest, darkTakesAThemeThatIsInstalledAndLightTheOneThatWasT
                 u"%1 %2"_s.arg(QString::fromLatin1(each.set), QString::fromLatin1(to));
             script(set, {});
             std::optional<bool> told;
-            settings->toggleDark([&](bool done) { told = done; });
+            settings->makeDark(!settings->isDark(), [&](bool done) { told = done; });
             EXPECT_TRUE(waitFor([&] {
                 scheduler.advance(std::chrono::milliseconds(100));
                 return told.has_value();
@@ -193,6 +193,14 @@ TEST_F(DesktopSettingsTest, aSchemeOfColoursThatTheDesktopDoesNotFollowDoesNotMa
     settings->refresh([&] { isRead = true; });
     ASSERT_TRUE(waitFor([&] { return isRead && settings->isMotionReduced(); }));
     EXPECT_FALSE(settings->isDark());
+
+    script(u"gsettings set org.gnome.desktop.interface color-scheme default"_s, {});
+    std::optional<bool> told;
+    settings->makeDark(false, [&](bool done) { told = done; });
+    EXPECT_TRUE(waitFor([&] { return told.has_value(); }));
+    EXPECT_EQ(told, true) << "the programs follow a theme that was chosen by hand";
+    EXPECT_EQ(commands.calls.filter(QRegularExpression(u" set | -s "_s)),
+              QStringList(u"gsettings set org.gnome.desktop.interface color-scheme default"_s));
 }
 
 TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
@@ -218,7 +226,7 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
         settings->refresh([&] { isRead = true; });
         ASSERT_TRUE(waitFor([&] { return isRead; }));
         std::optional<bool> told;
-        settings->toggleDark([&](bool done) { told = done; });
+        settings->makeDark(!settings->isDark(), [&](bool done) { told = done; });
         ASSERT_TRUE(waitFor([&] { return told.has_value(); }));
         EXPECT_EQ(told, true);
         EXPECT_EQ(settings->isDark(), dark);
@@ -279,7 +287,7 @@ TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
         told.push_back(done);
         told.push_back(settings->isDark());
     };
-    settings->toggleDark(tell);
+    settings->makeDark(!settings->isDark(), tell);
     waitFor([&] { return !told.empty(); });
     EXPECT_EQ(told, (std::vector{false, false})) << "nothing let itself be set";
     EXPECT_EQ(preferences.value(PreferenceKey<QStringList>{u"dark.pair: "_s + getScheme, {}}),
@@ -288,7 +296,7 @@ TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
     told.clear();
     script(u"gsettings set org.gnome.desktop.interface color-scheme prefer-dark"_s, {});
     script(getScheme, "'prefer-dark'\n");
-    settings->toggleDark(tell);
+    settings->makeDark(!settings->isDark(), tell);
     EXPECT_TRUE(settings->isDark()) << "shows at once";
     waitFor([&] { return !told.empty(); });
     EXPECT_EQ(told, (std::vector{true, true}));
@@ -302,7 +310,7 @@ TEST_F(DesktopSettingsTest, aSecondToggleMidwayGoesBackAndWhatTheFirstWroteIsNot
     waitFor([&] { return settings->isMotionReduced(); });
     int told = 0;
     for (int i = 0; i < 2; ++i)
-        settings->toggleDark([&](bool) { ++told; });
+        settings->makeDark(!settings->isDark(), [&](bool) { ++told; });
     EXPECT_FALSE(settings->isDark());
     portal.change(FakePortal::colorScheme, 1U);
     portal.change(FakePortal::animations, true);
@@ -322,7 +330,7 @@ TEST_F(DesktopSettingsTest, afterAToggleThePortalsPreferenceOutweighsThePrograms
         settings->refresh([&] { isKnown = true; });
         ASSERT_TRUE(waitFor([&] { return isKnown; }));
         bool isOver = false;
-        settings->toggleDark([&](bool) { isOver = true; });
+        settings->makeDark(!settings->isDark(), [&](bool) { isOver = true; });
         ASSERT_TRUE(waitFor([&] { return !scheduler.isIdle(); })) << "it will look again";
         EXPECT_FALSE(isOver);
         if (isObeyed)

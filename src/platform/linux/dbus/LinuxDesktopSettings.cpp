@@ -165,14 +165,16 @@ void LinuxDesktopSettings::noteLook(std::size_t index, const CommandResult& read
               [this, index, done](const auto& next) { noteLook(index, next, done); });
 }
 
-void LinuxDesktopSettings::toggleDark(Completion completion) {
-    const bool dark = !m_isDark;
+void LinuxDesktopSettings::makeDark(bool dark, Completion completion) {
+    // The desktop's own look comes first: programs are not to look as it does not. Where it is as
+    // wanted, somebody may have chosen it by hand and only the programs be left to follow.
+    const auto isSet = std::make_shared<bool>(m_isDark == dark);
     ++m_toggles;
     assign(m_isDark, dark);
-    // The desktop's own look comes first: programs are not to look as it does not.
-    const auto isSet = std::make_shared<bool>(false);
     const DesktopLook* own = &m_desktop.looks.front();
     for (const DesktopLook& look : m_desktop.looks) {
+        if (&look == own && *isSet)
+            continue;
         run(Queue::appearance, look.read, [this, &look, own, dark, isSet](const auto& reading) {
             if (&look == own)
                 setLook(look, dark, reading, [isSet](bool isSo) { *isSet = isSo; });

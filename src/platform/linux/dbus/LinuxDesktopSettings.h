@@ -35,7 +35,7 @@ public:
 
     bool isDark() const override { return m_isDark; }
     bool isMotionReduced() const override { return m_prefersLessMotion || m_animationsAreOff; }
-    void toggleDark(Completion completion) override;
+    void makeDark(bool dark, Completion completion) override;
     QVariant fileManagerValue(FileManagerKey key) const override;
     void setFileManagerValue(FileManagerKey key, bool value) override;
     QString cause(FileManagerKey key) const override;
