@@ -300,6 +300,16 @@ TEST_F(DesktopSettingsTest, aToggleTellsWhatCameOfIt) {
     EXPECT_TRUE(settings->isDark()) << "shows at once";
     waitFor([&] { return !told.empty(); });
     EXPECT_EQ(told, (std::vector{true, true}));
+
+    told.clear();
+    commands.calls.clear();
+    script(getScheme, "'prefer-light'");
+    start(u"MATE"_s);
+    for (int i = 0; i < 2; ++i)
+        settings->makeDark(true, tell);
+    waitFor([&] { return told.size() == 4; });
+    EXPECT_EQ(told, (std::vector{false, true, false, false}));
+    EXPECT_EQ(commands.calls.filter(u" set "_s), QStringList()) << "what is wanted is not yet so";
 }
 
 TEST_F(DesktopSettingsTest, aSecondToggleMidwayGoesBackAndWhatTheFirstWroteIsNotTaken) {

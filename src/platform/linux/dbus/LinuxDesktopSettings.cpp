@@ -167,13 +167,17 @@ void LinuxDesktopSettings::noteLook(std::size_t index, const CommandResult& read
 
 void LinuxDesktopSettings::makeDark(bool dark, Completion completion) {
     // The desktop's own look comes first: programs are not to look as it does not. Where it is as
-    // wanted, somebody may have chosen it by hand and only the programs be left to follow.
-    const auto isSet = std::make_shared<bool>(m_isDark == dark);
+    // wanted, somebody may have chosen it by hand and only the programs be left to follow; where a
+    // toggle under way wants the same, what comes of that one is not known yet.
+    const bool isOwnLeft = m_isDark == dark;
+    if (!isOwnLeft || m_toggles == 0)
+        m_isOwnSet = std::make_shared<bool>(isOwnLeft);
+    const auto isSet = m_isOwnSet;
     ++m_toggles;
     assign(m_isDark, dark);
     const DesktopLook* own = &m_desktop.looks.front();
     for (const DesktopLook& look : m_desktop.looks) {
-        if (&look == own && *isSet)
+        if (&look == own && isOwnLeft)
             continue;
         run(Queue::appearance, look.read, [this, &look, own, dark, isSet](const auto& reading) {
             if (&look == own)

@@ -100,7 +100,8 @@ private:
     bool m_isDark = false;
     bool m_prefersLessMotion = false;
     bool m_animationsAreOff = false;
-    int m_toggles = 0; ///< under way; meanwhile isDark() is what is wanted
+    int m_toggles = 0;                ///< under way; meanwhile isDark() is what is wanted
+    std::shared_ptr<bool> m_isOwnSet; ///< whether the desktop's own look is as wanted last
     SettingsPortal m_portal;
     QDBusServiceWatcher m_iconsWatcher;
     std::unique_ptr<Timer> m_secondLook;     ///< at what came of the last toggle
