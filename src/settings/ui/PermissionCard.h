@@ -6,7 +6,7 @@
 namespace quillet {
 
 /// One permission: what it is for, whether it is given, and, while it is not, how to give it. Why
-/// it is not, is told to who points at it: it may be that nothing the user does gives it.
+/// it is not, is told to whoever points at it: it may be that nothing the user does gives it.
 class PermissionCard : public QWidget {
     Q_OBJECT
 
