@@ -247,6 +247,9 @@ TEST_F(DesktopSettingsTest, aSettingsFileIsChangedAndComesBackAsItWas) {
     EXPECT_TRUE(content().startsWith("[General]\ntheme=dark\n[Palette]\nwindow_color=#232323\n"));
     toggles(false);
     EXPECT_TRUE(content().startsWith("[General]\n[Palette]\nwindow_color=#eeeeee\n"));
+    content("[General]\n[Palette]\n[Other]\nlast=1");
+    toggles(true);
+    EXPECT_TRUE(content().endsWith("text_color=#d6d6d6\n[Other]\nlast=1")) << "and no more";
     EXPECT_EQ(QFile::symLinkTarget(path), target);
 }
 

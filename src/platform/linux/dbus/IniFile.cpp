@@ -83,7 +83,8 @@ private:
     }
 
     void add(const QByteArray& value) {
-        if (!m_lines.last().isEmpty())
+        const bool isAtEnd = m_end == 0 || m_end == m_lines.size();
+        if (isAtEnd && !m_lines.last().isEmpty())
             m_lines.append(QByteArray()); // ends the line before
         if (m_end == 0) {
             m_end = m_lines.size();
