@@ -30,8 +30,6 @@ bool store(const QString& path, const QByteArray& content) {
            file.commit();
 }
 
-/// No lock, whose owner may be gone or take its time: what another program writes is whole, and so
-/// is what is written here.
 class IniText {
 public:
     IniText(const QByteArray& content, const QString& key)
@@ -102,6 +100,8 @@ private:
 
 } // namespace
 
+// No lock, whose owner may be gone or take its time: what another program writes is whole, and so
+// is what is written here.
 CommandResult runIni(const QStringList& arguments) {
     const QString& path = arguments.at(0);
     const auto content = contentOf(path);

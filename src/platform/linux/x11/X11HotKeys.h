@@ -17,8 +17,8 @@ namespace quillet {
 /// work, so its keys are looked at, too.
 ///
 /// The grabs are the toolkit's, as those of panels are: the grab of a key that was pressed is kept,
-/// with all further keys waiting in the server, until the panel that it opens takes it over, so
-/// that nothing typed meanwhile goes elsewhere. Outlives its registrations.
+/// with all further keys waiting in the server from when the press is read, until the panel that it
+/// opens takes it over, so that nothing typed meanwhile goes elsewhere. Outlives its registrations.
 class X11HotKeys : public HotKeyService, private QAbstractNativeEventFilter {
 public:
     X11HotKeys(X11Connection& connection, X11RawInput& rawInput, const X11Panels& panels,
