@@ -56,7 +56,7 @@ WindowSnapper::WindowSnapper(Services services, std::function<void()> showSetupG
 WindowSnapper::Outcome WindowSnapper::snap(Position position) {
     const auto window = focusedWindow();
     if (!window)
-        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
+        return whyNoWindow();
     const std::vector<Screen> screens = m_services.screens.all();
     const auto screen = screenContaining(window->frame, screens);
     if (!screen)
@@ -76,7 +76,7 @@ WindowSnapper::Outcome WindowSnapper::snap(Position position) {
 WindowSnapper::Outcome WindowSnapper::restore() {
     const auto window = focusedWindow();
     if (!window)
-        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
+        return whyNoWindow();
     const auto past = pastOf(window->id);
     if (past == m_pasts.end())
         return refuse(Outcome::nothingToRestore);
@@ -95,7 +95,7 @@ WindowSnapper::Outcome WindowSnapper::restore() {
 WindowSnapper::Outcome WindowSnapper::moveToNextDisplay() {
     const auto window = focusedWindow();
     if (!window)
-        return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
+        return whyNoWindow();
     const std::vector<Screen> screens = m_services.screens.all();
     const auto screen = screenContaining(window->frame, screens);
     if (!screen || screens.size() < 2)
@@ -129,6 +129,10 @@ std::optional<WindowSnapper::Window> WindowSnapper::focusedWindow() {
         return std::nullopt;
     }
     return Window{*id, *frame, m_services.windows.fill(*id)};
+}
+
+WindowSnapper::Outcome WindowSnapper::whyNoWindow() const {
+    return m_services.permissions.accessibility() ? Outcome::noWindow : Outcome::noPermission;
 }
 
 std::optional<Screen> WindowSnapper::screenContaining(const Rect& frame,

@@ -76,6 +76,7 @@ private:
     };
 
     std::optional<Window> focusedWindow();
+    Outcome whyNoWindow() const;
     std::optional<Screen> screenContaining(const Rect& frame, const std::vector<Screen>& screens);
     void move(const Move& move);
     void apply(Move move, const Rect& place);

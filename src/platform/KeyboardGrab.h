@@ -17,9 +17,9 @@ public:
 
     virtual ~KeyboardGrab() = default;
 
-    /// Null, and nothing has happened, where another program has the keyboard, where a hold
-    /// exists already, and where a keyboard cannot be held at all. A
-    /// panel that has the keyboard resigns it. The hold ends with this process, however that ends.
+    /// Null, and nothing has happened, where another program has the keyboard, where a hold exists
+    /// already, and where a keyboard cannot be held at all. A panel that has the keyboard resigns
+    /// it. The hold ends with this process, however that ends.
     [[nodiscard]] virtual std::unique_ptr<Hold> hold() = 0;
 };
 

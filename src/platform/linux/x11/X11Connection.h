@@ -24,8 +24,8 @@ using XcbOwned = std::unique_ptr<T, XcbFree>;
 /// selections stay among ourselves and vanish when it closes.
 ///
 /// Events, changes of the root's properties among them, reach every listener in the order of the
-/// server. A turn of the event loop handles a few
-/// milliseconds of them at most, so a flood never holds the loop up.
+/// server. A turn of the event loop handles a few milliseconds of them at most, so a flood never
+/// holds the loop up.
 class X11Connection : public QObject {
 public:
     using Listener = std::function<void(const xcb_generic_event_t&)>;
